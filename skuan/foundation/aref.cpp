@@ -1,0 +1,8 @@
+#include <skuan/foundation/aref.h>
+
+AReferenced::~AReferenced() = default;
+
+void AReferenced::full_release()
+{
+    delete this;
+}
