@@ -1,0 +1,88 @@
+#!/usr/bin/env python3
+"""Holds the house in shape: who may include whom, and where an operating system may be named.
+
+usage: scripts/check_layers.py      prints one line per breach; exit code 1 when there is any
+"""
+import pathlib
+import re
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+
+# Each room of skuan/ and the rooms below it. A new room gets its row here.
+BELOW = {
+    "platform": [],
+    "foundation": ["platform"],
+    "markup": ["platform", "foundation"],
+    "protocol": ["platform", "foundation", "markup"],
+}
+
+INCLUDE = re.compile(r'^\s*#\s*include\s*(["<])([^">]+)[">]')
+PREPROCESSOR = re.compile(r"^\s*#\s*(if|ifdef|ifndef|elif)\b")
+SYSTEM_MACRO = re.compile(
+    r"\b(_?WIN(32|64)|__(linux|unix|APPLE|MINGW\w*|FreeBSD)_*|_MSC_VER|Q_OS_\w+|Q_CC_MSVC)\b")
+SYSTEM_HEADER = re.compile(
+    r"^(sys|netinet|arpa|linux|net)/|^(unistd|pthread|semaphore|sched|netdb|poll|fcntl|dlfcn|"
+    r"windows|winsock2|ws2tcpip|process)\.h$", re.IGNORECASE)
+MODULE_HEADER = re.compile(r"^(Qt[A-Z]\w*|(Qt\w+)/\2)$")
+
+
+def is_private(header):
+    """Headers that are not installed: *_p.h, and one system's half of the platform room."""
+    return header.endswith("_p.h") or re.match(r"skuan/platform/(linux|windows|posix)/", header)
+
+
+def include_breach(source, quote, header):
+    """Why `source` (path from the root) may not include `header`; None when it may."""
+    top = source.parts[0]
+    ours = header.startswith(("skuan/", "simulator/"))
+    if MODULE_HEADER.match(header):
+        return f"<{header}> brings a whole Qt module; name the class's own header"
+    if quote == '"' and not header.endswith(".moc") and not header.startswith("moc_"):
+        return f'"{header}": write the full path in angle brackets, <skuan/room/name.h>'
+    if SYSTEM_HEADER.match(header) and top in ("skuan", "simulator", "tools", "examples"):
+        if source.parts[:2] != ("skuan", "platform"):
+            return f"<{header}> belongs to one system; only skuan/platform/ may include it"
+    if not ours:
+        return None
+    if not (ROOT / header).exists() and header != "skuan/export.h":
+        return f"<{header}> is no header of this tree"
+    if top == "simulator" and header.startswith("skuan/"):
+        return f"<{header}>: the simulator shares no code with the library it faces"
+    if top in ("tools", "examples") and is_private(header):
+        return f"<{header}> is not installed; programs see installed headers only"
+    if top == "skuan":
+        if header.startswith("simulator/"):
+            return f"<{header}>: the library does not know the simulator"
+        parts = header.split("/")
+        if len(source.parts) > 2 and len(parts) > 2:
+            room, other = source.parts[1], parts[1]
+            if room not in BELOW:
+                return f"room {room} has no row in scripts/check_layers.py"
+            if other != room and other not in BELOW[room]:
+                return f"<{header}>: {room} may only include from rooms below it ({', '.join(BELOW[room])})"
+    return None
+
+
+def breaches(source):
+    may_name_system = source.parts[:2] == ("skuan", "platform")
+    for number, line in enumerate((ROOT / source).read_text(encoding="utf-8").splitlines(), 1):
+        found = INCLUDE.match(line)
+        reason = include_breach(source, *found.groups()) if found else None
+        if not reason and not may_name_system and PREPROCESSOR.match(line) and SYSTEM_MACRO.search(line):
+            reason = "names an operating system; that is skuan/platform/'s alone"
+        if reason:
+            yield f"{source}:{number}: {reason}"
+
+
+def main():
+    tops = ["skuan", "simulator", "tools", "examples", "tests", "bench", "fuzz"]
+    sources = [path.relative_to(ROOT) for top in tops for path in sorted((ROOT / top).rglob("*"))
+               if path.suffix in (".h", ".cpp")]
+    found = [breach for source in sources for breach in breaches(source)]
+    print("\n".join(found) if found else f"{len(sources)} files, every include points downwards")
+    return 1 if found else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

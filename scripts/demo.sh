@@ -1,0 +1,42 @@
+#!/usr/bin/env bash
+# Shows a real conversation: a server on this machine, and skuanctl asking it over TCP.
+# usage: scripts/demo.sh FOLDER_OF_THE_PROGRAMS
+set -euo pipefail
+bin=$1
+
+# An address of its own, so that demos and tests never meet.
+host=127.$((RANDOM % 64 + 192)).$((RANDOM % 254 + 1)).$((RANDOM % 254 + 1))
+
+exec {server}< <(exec "$bin/skuan-sim" --address "$host")
+server_pid=$!
+trap 'kill "$server_pid" 2>/dev/null || true' EXIT
+if ! read -r -t 20 -u "$server" ready; then
+    echo "demo: the server did not say that it is ready" >&2
+    exit 1
+fi
+echo "skuan-sim: $ready"
+
+ask() {
+    printf '\n$ skuanctl --host %s' "$host"
+    printf ' %q' "$@"
+    printf '\n'
+    "$bin/skuanctl" --host "$host" --timeout 10 "$@"
+}
+ask name
+ask version
+ask clips
+ask --json clips
+ask raw '<cmd><xid>1</xid><get_computer_name/></cmd>'
+
+cat <<END
+
+That was a program linked to libskuan.so, asking a server over TCP. What to try next:
+  ./dev test                        run every test
+  $bin/skuanctl --help      all that the command line can do
+  examples/                         small programs to start from
+  README.md                         the first program of your own
+END
+
+if [[ -t 0 && -t 1 ]]; then
+    read -r -p "The server goes on at $host (port 8913); press Enter to end it. "
+fi
