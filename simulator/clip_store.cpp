@@ -1,0 +1,170 @@
+// The clip store: directories by full name, each with its clips.
+#include <simulator/clip_store.h>
+
+#include <algorithm>
+
+namespace simulator {
+
+ClipStore ClipStore::generated(int count)
+{
+    ClipStore store;
+    for (int i = 0; i < count; ++i)
+        store.create_clip(QStringLiteral("load/clip_%1").arg(i, 6, 10, QLatin1Char('0')));
+    return store;
+}
+
+ClipStore ClipStore::from_text(const QByteArray& text, QString* error)
+{
+    ClipStore store;
+    error->clear();
+    const QStringList lines = QString::fromUtf8(text).split(QLatin1Char('\n'));
+    for (int i = 0; i < lines.size(); ++i) {
+        QString name = lines[i].trimmed();
+        if (name.isEmpty() || name.startsWith(QLatin1Char('#')))
+            continue;
+        const bool is_directory = name.endsWith(QLatin1Char('/'));
+        if (is_directory)
+            name.chop(1);
+        const Outcome outcome = is_directory ? store.create_directory(name) : store.create_clip(name);
+        if (outcome == Outcome::Done || (is_directory && outcome == Outcome::Exists))
+            continue;
+        *error = QStringLiteral("line %1: \"%2\" %3")
+                     .arg(i + 1)
+                     .arg(name, outcome == Outcome::Exists ? QStringLiteral("is there twice")
+                                                           : QStringLiteral("is not a name"));
+        return {};
+    }
+    return store;
+}
+
+QString ClipStore::directory_of(const QString& clip)
+{
+    return clip.left(std::max(0, static_cast<int>(clip.lastIndexOf(QLatin1Char('/')))));
+}
+
+bool ClipStore::has_clip(const QString& clip) const
+{
+    const auto at = directories_.find(directory_of(clip));
+    return at != directories_.end() && at->second.count(clip) != 0;
+}
+
+bool ClipStore::has_directory(const QString& directory) const
+{
+    return directory.isEmpty() || directories_.count(directory) != 0;
+}
+
+QStringList ClipStore::clips() const
+{
+    QStringList all;
+    all.reserve(count_);
+    for (const auto& directory : directories_)
+        for (const QString& clip : directory.second)
+            all.append(clip);
+    return all;
+}
+
+QStringList ClipStore::clips_in(const QString& directory) const
+{
+    QStringList found;
+    const auto at = directories_.find(directory);
+    if (at != directories_.end())
+        for (const QString& clip : at->second)
+            found.append(clip);
+    return found;
+}
+
+QStringList ClipStore::directories() const
+{
+    QStringList all;
+    for (const auto& directory : directories_)
+        if (!directory.first.isEmpty())
+            all.append(directory.first);
+    return all;
+}
+
+QStringList ClipStore::directories_in(const QString& directory) const
+{
+    QStringList found;
+    for (const QString& name : directories())
+        if (directory_of(name) == directory)
+            found.append(name);
+    return found;
+}
+
+ClipStore::Outcome ClipStore::create_clip(const QString& clip)
+{
+    if (!is_good_name(clip))
+        return Outcome::BadName;
+    make_directories(directory_of(clip));
+    if (!directories_[directory_of(clip)].insert(clip).second)
+        return Outcome::Exists;
+    ++count_;
+    return Outcome::Done;
+}
+
+ClipStore::Outcome ClipStore::delete_clip(const QString& clip)
+{
+    if (!has_clip(clip))
+        return Outcome::NotFound;
+    directories_[directory_of(clip)].erase(clip);
+    --count_;
+    return Outcome::Done;
+}
+
+ClipStore::Outcome ClipStore::rename_clip(const QString& from, const QString& to)
+{
+    if (!has_clip(from))
+        return Outcome::NotFound;
+    const Outcome outcome = create_clip(to);
+    if (outcome == Outcome::Done)
+        delete_clip(from);
+    return outcome;
+}
+
+ClipStore::Outcome ClipStore::create_directory(const QString& directory)
+{
+    if (!is_good_name(directory))
+        return Outcome::BadName;
+    if (has_directory(directory))
+        return Outcome::Exists;
+    make_directories(directory);
+    return Outcome::Done;
+}
+
+ClipStore::Outcome ClipStore::rename_directory(const QString& from, const QString& to)
+{
+    if (from.isEmpty() || !has_directory(from))
+        return Outcome::NotFound;
+    const QString inside = from + QLatin1Char('/');
+    if (!is_good_name(to) || to.startsWith(inside))
+        return Outcome::BadName;
+    if (has_directory(to))
+        return Outcome::Exists;
+
+    const auto moved = [&](const QString& name) { return to + name.mid(from.size()); };
+    const auto before = directories_;
+    for (const auto& directory : before) {
+        if (directory.first != from && !directory.first.startsWith(inside))
+            continue;
+        make_directories(moved(directory.first));
+        for (const QString& clip : directory.second)
+            directories_[moved(directory.first)].insert(moved(clip));
+        directories_.erase(directory.first);
+    }
+    return Outcome::Done;
+}
+
+// Every step between the slashes has a name.
+bool ClipStore::is_good_name(const QString& name)
+{
+    return !name.isEmpty() && !name.startsWith(QLatin1Char('/')) && !name.endsWith(QLatin1Char('/')) &&
+           !name.contains(QLatin1String("//"));
+}
+
+void ClipStore::make_directories(const QString& directory)
+{
+    for (QString at = directory; !at.isEmpty() && directories_.count(at) == 0; at = directory_of(at))
+        directories_[at];
+}
+
+} // namespace simulator

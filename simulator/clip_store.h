@@ -1,0 +1,68 @@
+// The clips that the server has: a value that tests make, and that commands change.
+#pragma once
+
+#include <simulator/export.h>
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <map>
+#include <set>
+
+namespace simulator {
+
+/// Clips in directories. A clip id is "directory/name", or a bare name at the top; the part before the
+/// last '/' is its directory. Ids are unique, compared byte for byte, and come out in text order.
+/// A plain value: copying it copies the lists; no locks.
+class SKUAN_SIMULATOR_EXPORT ClipStore
+{
+public:
+    /// How a change ended. Nothing is changed unless it is Done.
+    enum class Outcome { Done, NotFound, Exists, BadName };
+
+    /// An evening's news and sports: some twenty clips in four directories and at the top, with names
+    /// beyond ASCII and with every character that XML must escape.
+    static ClipStore news();
+
+    /// `count` clips "load/clip_000000" and on, for tests of volume.
+    static ClipStore generated(int count);
+
+    /// Reads a list in UTF-8: one clip id to a line, a line that ends in '/' makes an empty directory,
+    /// blank lines and lines that start with '#' are skipped. On a line that cannot be taken it gives an
+    /// empty store and puts the reason, with the line's number, in `*error`; otherwise clears `*error`.
+    static ClipStore from_text(const QByteArray& text, QString* error);
+
+    /// The part of a clip id before its last '/'; empty at the top.
+    static QString directory_of(const QString& clip);
+
+    int clip_count() const { return count_; }
+    bool has_clip(const QString& clip) const;
+    bool has_directory(const QString& directory) const;
+
+    /// Every clip; or the clips right in one directory, where the empty name is the top.
+    QStringList clips() const;
+    QStringList clips_in(const QString& directory) const;
+
+    /// Every directory but the top; or those right in one directory.
+    QStringList directories() const;
+    QStringList directories_in(const QString& directory) const;
+
+    /// Makes missing directories on the way, as do rename_clip and create_directory.
+    Outcome create_clip(const QString& clip);
+    Outcome delete_clip(const QString& clip);
+    Outcome rename_clip(const QString& from, const QString& to);
+    Outcome create_directory(const QString& directory);
+
+    /// Takes everything in it along. A directory cannot move into itself: BadName.
+    Outcome rename_directory(const QString& from, const QString& to);
+
+private:
+    static bool is_good_name(const QString& name);
+    void make_directories(const QString& directory);
+
+    std::map<QString, std::set<QString>> directories_; // full name of the directory to full clip ids
+    int count_ = 0;
+};
+
+} // namespace simulator

@@ -1,0 +1,75 @@
+// The simulated server: a real one to its clients, a puppet to its test.
+#pragma once
+
+#include <simulator/counters.h>
+#include <simulator/element.h>
+#include <simulator/export.h>
+#include <simulator/settings.h>
+
+#include <QObject>
+
+#include <memory>
+
+namespace simulator {
+
+/// Listens on TCP and answers the control protocol for any number of clients, each on its own. Lives in
+/// its thread's event loop, costs nothing while nothing arrives, and needs a QCoreApplication; for a
+/// server on a thread of its own see ServerThread.
+///
+/// Functions marked "any thread" may be called from every thread while the server lives. Clients are
+/// numbered from 1 in the order in which they were accepted; an unknown number is ignored.
+class SKUAN_SIMULATOR_EXPORT Server : public QObject
+{
+    Q_OBJECT
+public:
+    explicit Server(Settings settings = {}, QObject* parent = nullptr);
+
+    /// Closes all connections; no signal comes any more.
+    ~Server() override;
+
+    /// False if it cannot, and error_text() says what was tried and why it failed. Once for each server.
+    bool listen();
+    bool is_listening() const;
+    QString error_text() const;
+
+    /// Where it listens, as in "127.0.0.1:8913". port() is the real one if 0 was asked for.
+    QString place() const;
+    quint16 port() const;
+
+    /// Any thread. Hold from the next command that is read, and for answers that wait. The first form is
+    /// for every client, present and future, and forgets what was set for single ones.
+    void set_faults(const Faults& faults);
+    void set_client_faults(quint64 client, const Faults& faults);
+
+    /// Any thread. The faults of clients that have none of their own.
+    Faults faults() const;
+
+    /// Any thread. Sends one whole message, and CR LF behind it, to every client or to one, registered or
+    /// not. The bytes are sent as they are. Faults of the byte stream hold for them.
+    void send_report(const QByteArray& xml);
+    void send_report(quint64 client, const QByteArray& xml);
+
+    /// Any thread. The same for bytes of any kind, with nothing added.
+    void send_raw(const QByteArray& bytes);
+    void send_raw(quint64 client, const QByteArray& bytes);
+
+    /// Any thread. Ends all connections at once, or one; the server goes on listening.
+    void drop_clients();
+    void drop_client(quint64 client);
+
+    /// Any thread.
+    Counters counters() const;
+
+Q_SIGNALS:
+    /// On the server's thread. Connect queued, or directly with a slot that may run there.
+    void client_connected(quint64 client);
+    void client_gone(quint64 client);
+    /// A whole message has come in from a client, before it is answered. Message: usually a `cmd`.
+    void command(quint64 client, const simulator::Element& message);
+
+private:
+    class Private;
+    std::unique_ptr<Private> d;
+};
+
+} // namespace simulator

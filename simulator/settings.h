@@ -1,0 +1,29 @@
+// What a simulated server is: where it listens, who it says it is, what it has, what it bears.
+#pragma once
+
+#include <simulator/clip_store.h>
+#include <simulator/faults.h>
+
+#include <QHostAddress>
+#include <QString>
+
+namespace simulator {
+
+/// Values for a Server; every field has a default that makes sense.
+struct Settings
+{
+    QHostAddress address{QHostAddress::LocalHost}; ///< a test takes its own 127.x.y.z
+    quint16 port = 8913;                           ///< the protocol's; 0 lets the system choose
+
+    QString computer_name = QStringLiteral("STUDIO-1"); ///< answers `get_computer_name`
+    QString version = QStringLiteral("4.12.0");         ///< answers `get_version_info`, `SVNVersion`
+    QString version_path = QStringLiteral("trunk");     ///< `SVNPath`
+    ClipStore clips = ClipStore::news();
+
+    Faults faults; ///< of every client, from its first byte
+
+    qint64 max_message = 1024 * 1024;              ///< bytes; a client that sends a longer one is closed
+    qint64 max_backlog = qint64(64) * 1024 * 1024; ///< bytes waiting for one client; more, and it is dropped
+};
+
+} // namespace simulator
