@@ -1,0 +1,7 @@
+#include <skuan/foundation/athread.h>
+
+AThread::~AThread()
+{
+    quit();
+    wait();
+}
