@@ -2,10 +2,15 @@
 # compiles alone as C++17, in any program, with nothing included before it.
 file(GLOB_RECURSE SKUAN_PUBLIC_HEADERS CONFIGURE_DEPENDS RELATIVE "${CMAKE_SOURCE_DIR}"
   "${CMAKE_SOURCE_DIR}/skuan/*.h" "${CMAKE_SOURCE_DIR}/simulator/*.h")
-list(FILTER SKUAN_PUBLIC_HEADERS EXCLUDE REGEX "_p\\.h$|^skuan/platform/(linux|windows|posix)/")
+list(FILTER SKUAN_PUBLIC_HEADERS EXCLUDE REGEX "_p\\.h$|^skuan/platform/")
+
+# Those that the build writes from a template, each named like it.
+file(GLOB_RECURSE generated_headers CONFIGURE_DEPENDS RELATIVE "${CMAKE_SOURCE_DIR}" "${CMAKE_SOURCE_DIR}/skuan/*.h.in")
+list(TRANSFORM generated_headers REPLACE "\\.in$" "")
+list(FILTER generated_headers EXCLUDE REGEX "_p\\.h$")
 
 set(sources)
-foreach(header IN LISTS SKUAN_PUBLIC_HEADERS)
+foreach(header IN LISTS SKUAN_PUBLIC_HEADERS generated_headers)
   string(REGEX REPLACE "[/.]" "_" name "${header}")
   set(source "${CMAKE_BINARY_DIR}/public_headers/${name}.cpp")
   file(CONFIGURE OUTPUT "${source}" CONTENT "#include <${header}>\n#include <${header}>\n" @ONLY)

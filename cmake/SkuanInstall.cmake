@@ -22,8 +22,7 @@ foreach(header IN LISTS SKUAN_PUBLIC_HEADERS)
   get_filename_component(folder "${header}" DIRECTORY)
   install(FILES "${header}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/${folder}")
 endforeach()
-install(DIRECTORY "${CMAKE_BINARY_DIR}/generated/skuan" "${CMAKE_BINARY_DIR}/generated/simulator"
-  DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
+install(DIRECTORY "${CMAKE_BINARY_DIR}/generated/" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
   FILES_MATCHING PATTERN "*.h" PATTERN "*_p.h" EXCLUDE)
 
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/Skuan")

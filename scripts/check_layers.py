@@ -17,6 +17,8 @@ BELOW = {
     "protocol": ["platform", "foundation", "markup"],
 }
 
+PRODUCT = ("skuan", "simulator", "tools", "examples")
+
 INCLUDE = re.compile(r'^\s*#\s*include\s*(["<])([^">]+)[">]')
 PREPROCESSOR = re.compile(r"^\s*#\s*(if|ifdef|ifndef|elif)\b")
 SYSTEM_MACRO = re.compile(
@@ -28,8 +30,8 @@ MODULE_HEADER = re.compile(r"^(Qt[A-Z]\w*|(Qt\w+)/\2)$")
 
 
 def is_private(header):
-    """Headers that are not installed: *_p.h, and one system's half of the platform room."""
-    return header.endswith("_p.h") or re.match(r"skuan/platform/(linux|windows|posix)/", header)
+    """Headers that are not installed: *_p.h, and the platform room, which the library hides."""
+    return header.endswith("_p.h") or header.startswith("skuan/platform/")
 
 
 def names_system(source):
@@ -44,17 +46,19 @@ def include_breach(source, quote, header):
     ours = header.startswith(("skuan/", "simulator/"))
     if MODULE_HEADER.match(header):
         return f"<{header}> brings a whole Qt module; name the class's own header"
-    if quote == '"' and not header.endswith(".moc") and not header.startswith("moc_"):
+    if quote == '"' and top in PRODUCT and not header.endswith(".moc") and not header.startswith("moc_"):
         return f'"{header}": write the full path in angle brackets, <skuan/room/name.h>'
-    if SYSTEM_HEADER.match(header) and top in ("skuan", "simulator", "tools", "examples"):
-        if not names_system(source):
-            return f"<{header}> belongs to one system; only skuan/platform/ may include it"
+    if SYSTEM_HEADER.match(header) and top in PRODUCT and not names_system(source):
+        return f"<{header}> belongs to one system; only skuan/platform/ may include it"
     if not ours:
         return None
     if top == "simulator" and header.startswith("skuan/"):
         return f"<{header}>: the simulator shares no code with the library it faces"
-    if top in ("tools", "examples") and is_private(header):
-        return f"<{header}> is not installed; programs see installed headers only"
+    if is_private(header):
+        if top in ("tools", "examples"):
+            return f"<{header}> is not installed; programs see installed headers only"
+        if source.suffix == ".h" and top in ("skuan", "simulator") and not is_private(source.as_posix()):
+            return f"<{header}> is not installed, but this header is"
     if top == "skuan":
         if header.startswith("simulator/"):
             return f"<{header}>: the library does not know the simulator"
@@ -68,20 +72,21 @@ def include_breach(source, quote, header):
     return None
 
 
-def breaches(source):
-    for number, line in enumerate((ROOT / source).read_text(encoding="utf-8").splitlines(), 1):
+def breaches(path):
+    source = path.with_suffix("") if path.suffix == ".in" else path
+    for number, line in enumerate((ROOT / path).read_text(encoding="utf-8").splitlines(), 1):
         found = INCLUDE.match(line)
         reason = include_breach(source, *found.groups()) if found else None
         if not reason and not names_system(source) and PREPROCESSOR.match(line) and SYSTEM_MACRO.search(line):
             reason = "names an operating system; that is skuan/platform/'s alone"
         if reason:
-            yield f"{source}:{number}: {reason}"
+            yield f"{path}:{number}: {reason}"
 
 
 def main():
     tops = ["skuan", "simulator", "tools", "examples", "tests", "bench", "fuzz"]
     sources = [path.relative_to(ROOT) for top in tops for path in sorted((ROOT / top).rglob("*"))
-               if path.suffix in (".h", ".cpp")]
+               if re.search(r"\.(h|cpp)(\.in)?$", path.name)]
     found = [breach for source in sources for breach in breaches(source)]
     print("\n".join(found) if found else f"{len(sources)} files, every include points downwards")
     return 1 if found else 0
