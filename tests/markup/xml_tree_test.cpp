@@ -1,0 +1,168 @@
+#include <skuan/markup/xml_tree.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+AString s(const char* text)
+{
+    return AString::l1(text);
+}
+
+XMLTree leaf(const char* tag, const char* content)
+{
+    return XMLTree(s(tag), s(content));
+}
+
+std::string text_of(const XMLTree& tree, XMLTree::FlattenStyle style, bool collapse)
+{
+    std::string sent;
+    auto sink = [&sent](const char* bytes, unsigned n) { sent.append(bytes, n); };
+    tree.send_utf8(AFunction2<const char*, unsigned>::ref(sink), style, collapse);
+    // The three outputs are one text.
+    EXPECT_EQ(tree.flatten(style, collapse).to_string(), sent);
+    std::string joined;
+    for (const AString& piece : tree.flatten_base(style, collapse))
+        joined += piece.to_string();
+    EXPECT_EQ(joined, sent);
+    return sent;
+}
+
+TEST(XMLTree, WritesEachStyle)
+{
+    XMLTree tree(s("cmd"), leaf("xid", "1"));
+    tree += XMLTree(s("list"), XMLTree(s("empty")));
+    tree += XMLTree(s("none"));
+    const struct
+    {
+        XMLTree::FlattenStyle style;
+        bool collapse;
+        const char* text;
+    } rows[] = {
+        {XMLTree::flatten_compact, true, "<cmd><xid>1</xid><list><empty /></list><none /></cmd>"},
+        {XMLTree::flatten_compact, false, "<cmd><xid>1</xid><list><empty></empty></list><none></none></cmd>"},
+        {XMLTree::flatten_lines, true,
+         "<cmd>\r\n<xid>1</xid>\r\n<list>\r\n<empty />\r\n</list>\r\n<none />\r\n</cmd>"},
+        {XMLTree::flatten_indented, true,
+         "<cmd>\r\n    <xid>1</xid>\r\n    <list>\r\n        <empty />\r\n    </list>\r\n    <none "
+         "/>\r\n</cmd>"},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(text_of(tree, row.style, row.collapse), row.text) << row.style;
+}
+
+TEST(XMLTree, EscapesTextAndAttributeValuesButNotKeys)
+{
+    XMLTree tree = leaf("a", "a<b & 'c' > \"d\"");
+    EXPECT_EQ(text_of(tree, XMLTree::flatten_compact, true),
+              "<a>a&lt;b &amp; &apos;c&apos; &gt; &quot;d&quot;</a>");
+    tree.set_content(AString());
+    tree.attr()[s("z")] = s("1");
+    tree.attr()[s("k&")] = s("<\"");
+    EXPECT_EQ(text_of(tree, XMLTree::flatten_compact, true), "<a k&=\"&lt;&quot;\" z=\"1\" />");
+}
+
+TEST(XMLTree, WritesUnicodeAndLongTextWhole)
+{
+    std::string content;
+    for (int i = 0; i < 700; ++i)
+        content += i % 7 == 0 ? "\xF0\x9F\x8E\xAC" : i % 5 == 0 ? "\xC3\xA9" : "x";
+    const XMLTree tree(s("t"), AString::from_utf8(content.data(), static_cast<unsigned>(content.size())));
+    EXPECT_EQ(text_of(tree, XMLTree::flatten_lines, true), "<t>" + content + "</t>");
+}
+
+TEST(XMLTree, HidesTextBehindSubnodes)
+{
+    XMLTree tree = leaf("a", "x");
+    tree.add_subnode(leaf("b", "y"));
+    EXPECT_EQ(text_of(tree, XMLTree::flatten_compact, true), "<a><b>y</b></a>");
+    tree.set_content(s("z"));
+    EXPECT_EQ(text_of(tree, XMLTree::flatten_compact, true), "<a>z</a>");
+}
+
+TEST(XMLTree, NullTreeAndUnknownStyleWriteNothing)
+{
+    EXPECT_EQ(text_of(XMLTree(), XMLTree::flatten_lines, true), "");
+    EXPECT_EQ(text_of(leaf("a", "x"), static_cast<XMLTree::FlattenStyle>(3), true), "");
+}
+
+TEST(XMLTree, LooksUpDirectSubnodesInOrder)
+{
+    XMLTree tree(s("r"));
+    tree += leaf("a", "1");
+    tree += leaf("b", "2");
+    tree += leaf("a", "3");
+    tree += XMLTree(s("c"), leaf("deep", "4"));
+
+    XMLTree first;
+    EXPECT_EQ(tree.count_subnodes(s("a"), &first), 2u);
+    EXPECT_EQ(first.get_content(), s("1"));
+    EXPECT_EQ(tree.get_subnodes(s("a")).back().get_content(), s("3"));
+    EXPECT_FALSE(tree.has_subnodes(s("deep")));
+    EXPECT_TRUE(tree.get_subnode(s("c")).has_tag_z("c"));
+    const XMLTree& missing = tree.get_subnode(s("x"));
+    EXPECT_TRUE(missing.is_null());
+    EXPECT_EQ(&missing, &XMLTree().get_subnode(s("y")));
+    EXPECT_EQ(tree.get_modifiable_subnode(s("x")), nullptr);
+}
+
+TEST(XMLTree, ChangesOnlyTheFirstOfItsTagAndOnlyItself)
+{
+    XMLTree tree(s("r"));
+    tree += leaf("a", "1");
+    tree += leaf("a", "2");
+    tree.get_modifiable_subnode(s("a"))->attr()[s("k")] = s("v");
+    const XMLTree before = tree;
+
+    tree.set_subnode(s("a"), s("new"));
+    tree.set_subnode(leaf("b", "added"));
+    tree.get_modifiable_subnode(s("b"))->set_content(s("changed"));
+    EXPECT_EQ(text_of(tree, XMLTree::flatten_compact, true),
+              "<r><a k=\"v\">new</a><a>2</a><b>changed</b></r>");
+    EXPECT_EQ(text_of(before, XMLTree::flatten_compact, true), "<r><a k=\"v\">1</a><a>2</a></r>");
+
+    EXPECT_EQ(tree.remove_subnodes(s("a")), 2u);
+    EXPECT_EQ(tree.remove_subnodes(s("a")), 0u);
+    EXPECT_EQ(text_of(tree, XMLTree::flatten_compact, true), "<r><b>changed</b></r>");
+    EXPECT_EQ(before.count_subnodes(), 2u);
+}
+
+TEST(XMLTree, AddsItselfToItself)
+{
+    XMLTree tree(s("a"), leaf("b", "1"));
+    tree += tree;
+    tree.add_subnodes(tree.get_subnodes());
+    EXPECT_EQ(text_of(tree, XMLTree::flatten_compact, true),
+              "<a><b>1</b><a><b>1</b></a><b>1</b><a><b>1</b></a></a>");
+}
+
+TEST(XMLTree, NumbersAreDecimalText)
+{
+    EXPECT_EQ(XMLTree(s("n"), 4294967295u).get_content(), s("4294967295"));
+    EXPECT_EQ(XMLTree(s("n"), INT64_MIN).get_content(), s("-9223372036854775808"));
+    EXPECT_EQ(XMLTree(s("n"), UINT64_MAX).get_content(), s("18446744073709551615"));
+}
+
+// A peer chooses how deep a tree is, so nothing may cost stack for each level.
+TEST(XMLTree, DepthCostsNoStack)
+{
+    constexpr unsigned depth = 300000;
+    XMLTree tree(s("x"));
+    for (unsigned i = 1; i < depth; ++i)
+        tree = XMLTree(s("x"), std::move(tree));
+    const XMLTree copy = tree;
+    unsigned bytes = 0;
+    auto sink = [&bytes](const char*, unsigned n) { bytes += n; };
+    copy.send_utf8(AFunction2<const char*, unsigned>::ref(sink), XMLTree::flatten_compact, false);
+    EXPECT_EQ(bytes, 7 * depth);
+
+    AList<XMLTree> kept = tree.get_subnodes(); // a second holder half way up
+    tree = XMLTree(s("y"));
+    tree.set_subnode(s("x"), std::move(kept));
+    tree.set_content(AString());
+    EXPECT_FALSE(tree.has_subnodes());
+}
+
+} // namespace
