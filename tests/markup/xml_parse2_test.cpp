@@ -1,0 +1,165 @@
+#include <skuan/markup/xml_parse2.h>
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+/// The consumer: takes what the parser gives, on this thread, until `wanted` things have come.
+class Consumer
+{
+public:
+    explicit Consumer(unsigned bufsize = 65536) : engine(bufsize)
+    {
+        engine.config_tag("reply");
+        engine.config_tag("report");
+        QObject::connect(&engine, &XMLParseEngine2::parse_result_available, &context_, [this] {
+            ++announcements;
+            take();
+        });
+    }
+
+    void take()
+    {
+        for (;;) {
+            if (engine.parse_error()) {
+                failed = true;
+                break;
+            }
+            XMLTree tree = engine.get_xml();
+            if (tree.is_null())
+                break;
+            texts.push_back(tree.flatten(XMLTree::flatten_compact, true).to_string());
+        }
+        loop_.quit();
+    }
+
+    template <typename Condition>
+    void wait_until(Condition condition)
+    {
+        while (!condition())
+            loop_.exec();
+    }
+
+    XMLParseEngine2 engine;
+    std::vector<std::string> texts;
+    bool failed = false;
+    int announcements = 0;
+
+private:
+    QObject context_;
+    QEventLoop loop_;
+};
+
+class XMLParseEngine2Test : public ::testing::Test
+{
+protected:
+    int argc_ = 0;
+    QCoreApplication app_{argc_, nullptr};
+};
+
+QByteArray report(int number)
+{
+    return "<report><n>" + QByteArray::number(number) + "</n></report>";
+}
+
+TEST_F(XMLParseEngine2Test, DeliversInOrderHoweverTheBytesAreCut)
+{
+    QByteArray all;
+    std::vector<std::string> expected;
+    for (int i = 0; i < 2000; ++i) {
+        all += report(i);
+        expected.push_back(report(i).toStdString());
+    }
+    for (int step : {1, 3, 1024, 1 << 20}) {
+        Consumer consumer;
+        for (int at = 0; at < all.size(); at += step)
+            consumer.engine.input_bytes(all.mid(at, step));
+        consumer.wait_until([&] { return consumer.texts.size() == expected.size(); });
+        EXPECT_EQ(consumer.texts, expected);
+        EXPECT_FALSE(consumer.failed);
+    }
+}
+
+TEST_F(XMLParseEngine2Test, AnnouncesABatchOnce)
+{
+    Consumer consumer;
+    const QByteArray bytes = report(1) + report(2) + report(3);
+    consumer.engine.input_bytes(static_cast<unsigned>(bytes.size()), bytes.constData());
+    consumer.wait_until([&] { return consumer.texts.size() == 3; });
+    EXPECT_EQ(consumer.announcements, 1);
+}
+
+TEST_F(XMLParseEngine2Test, AnErrorEndsTheStreamUntilReset)
+{
+    for (const QByteArray& bad : {QByteArray("<reply><</reply>"), QByteArray(65536, ' ') + 'x',
+                                  "<reply>" + QByteArray(65536 - 6, 'x')}) {
+        Consumer consumer;
+        consumer.engine.input_bytes(report(1) + bad);
+        consumer.engine.input_bytes(report(2));
+        consumer.wait_until([&] { return consumer.failed; });
+        EXPECT_EQ(consumer.texts, std::vector<std::string>{report(1).toStdString()});
+        EXPECT_TRUE(consumer.engine.get_xml().is_null());
+
+        consumer.engine.reset();
+        EXPECT_FALSE(consumer.engine.parse_error());
+        consumer.failed = false;
+        consumer.engine.input_bytes(report(3));
+        consumer.wait_until([&] { return consumer.texts.size() == 2; });
+        EXPECT_EQ(consumer.texts.back(), report(3).toStdString());
+        EXPECT_FALSE(consumer.failed);
+    }
+}
+
+TEST_F(XMLParseEngine2Test, AMessageOfExactlyTheBufferFits)
+{
+    Consumer consumer(64);
+    const QByteArray fits = "<reply>" + QByteArray(64 - 15, 'x') + "</reply>";
+    consumer.engine.input_bytes(fits + fits);
+    consumer.wait_until([&] { return consumer.texts.size() == 2; });
+    consumer.engine.input_bytes("<reply>" + QByteArray(65 - 15, 'x') + "</reply>");
+    consumer.wait_until([&] { return consumer.failed; });
+    EXPECT_EQ(consumer.texts.size(), 2u);
+}
+
+TEST_F(XMLParseEngine2Test, NothingCrossesAReset)
+{
+    Consumer consumer;
+    for (int round = 0; round < 300; ++round) {
+        for (int i = 0; i < 20; ++i)
+            consumer.engine.input_bytes("<report><old>" + QByteArray::number(round) + "</old></report><rep");
+        if (round % 3 == 0)
+            consumer.engine.input_bytes(QByteArray("<reply><</reply>"));
+        consumer.engine.reset();
+        consumer.texts.clear();
+        consumer.failed = false;
+        consumer.engine.input_bytes(report(round));
+        consumer.wait_until([&] { return !consumer.texts.empty() || consumer.failed; });
+        ASSERT_FALSE(consumer.failed);
+        ASSERT_EQ(consumer.texts, std::vector<std::string>{report(round).toStdString()});
+    }
+}
+
+TEST_F(XMLParseEngine2Test, TakesInputFromAnotherThreadAndCanGoAtAnyMoment)
+{
+    for (int round = 0; round < 50; ++round) {
+        auto consumer = std::make_unique<Consumer>();
+        std::thread feeder([&] {
+            for (int i = 0; i < 100; ++i)
+                consumer->engine.input_bytes(report(i));
+        });
+        if (round % 2 == 0)
+            consumer->wait_until([&] { return consumer->texts.size() >= 10; });
+        feeder.join();
+        consumer.reset();
+    }
+}
+
+} // namespace
