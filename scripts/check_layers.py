@@ -26,7 +26,8 @@ SYSTEM_MACRO = re.compile(
 SYSTEM_HEADER = re.compile(
     r"^(sys|netinet|arpa|linux|net)/|^(unistd|pthread|semaphore|sched|netdb|poll|fcntl|dlfcn|"
     r"windows|winsock2|ws2tcpip|process)\.h$", re.IGNORECASE)
-MODULE_HEADER = re.compile(r"^(Qt[A-Z]\w*|(Qt\w+)/\2)$")
+MODULE_HEADER = re.compile(
+    r"^(Qt\w+/)?Qt(Core|Network|Gui|Widgets|Test|Xml|DBus|Concurrent|Sql|OpenGL|PrintSupport)$")
 
 
 def is_private(header):
