@@ -1,0 +1,73 @@
+// Writing a message: whole, in chunks, one sender at a time.
+#include <skuan/protocol/kvrp3_api_command.h>
+
+#include <skuan/foundation/portable_mutex.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace KVRP3 {
+
+namespace {
+
+/// Gathers the small pieces of a message into chunks that suit a network packet.
+template <typename Sink>
+class ChunkBuffer
+{
+public:
+    explicit ChunkBuffer(Sink sink) : sink_(sink) {}
+
+    void input(const char* piece, unsigned n)
+    {
+        while (n != 0) {
+            if (fill_ == sizeof chunk_)
+                flush();
+            if (fill_ == 0 && n >= sizeof chunk_) {
+                sink_(piece, n);
+                return;
+            }
+            const unsigned part = std::min<unsigned>(n, sizeof chunk_ - fill_);
+            std::memcpy(chunk_ + fill_, piece, part);
+            fill_ += part;
+            piece += part;
+            n -= part;
+        }
+    }
+
+    void flush()
+    {
+        if (const unsigned n = std::exchange(fill_, 0))
+            sink_(chunk_, n);
+    }
+
+private:
+    Sink sink_;
+    unsigned fill_ = 0;
+    char chunk_[1500];
+};
+
+} // namespace
+
+APICommand::APICommand() : send_lock_(std::make_unique<PortableMutex>()) {}
+APICommand::~APICommand() = default;
+
+void APICommand::send(const XMLTree& message)
+{
+    send_debug_hook_.run(message);
+    const PortableMutexLock lock(*send_lock_);
+    ChunkBuffer buffer([this](const char* data, unsigned n) { send(data, n); });
+    using Buffer = decltype(buffer);
+    // What was written before a failure still goes out: the peer sees a broken message, and not one
+    // that runs into the next.
+    try {
+        message.send_utf8(AFunction2<const char*, unsigned>::member<&Buffer::input>(&buffer),
+                          XMLTree::flatten_lines, true);
+    } catch (...) {
+    }
+    try {
+        buffer.flush();
+    } catch (...) {
+    }
+}
+
+} // namespace KVRP3

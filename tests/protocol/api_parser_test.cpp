@@ -1,0 +1,148 @@
+// From a message to the one operation that belongs to it, and what is said when there is none.
+#include <skuan/protocol/kvrp3_api_parser.h>
+
+#include <support/memory_client.h>
+
+namespace {
+
+using KVRP3::ErrorCode;
+
+/// Writes down each operation that is called.
+class LoggingParser : public KVRP3::APIParser
+{
+public:
+    std::vector<std::string> calls;
+
+protected:
+    void log(const char* operation, const AString& a = AString(), const AString& b = AString())
+    {
+        calls.push_back(std::string(operation) + " " + a.to_string() + " " + b.to_string());
+    }
+    void reply_ok(const AString& xid) override { log("ok", xid); }
+    void reply_error(const AString& xid, AString message, ErrorCode code) override
+    {
+        log("error", xid, message + AString::l1("/") + ErrorCode_to_string(code));
+    }
+    void reply_clipid(const AString& xid, AString clip) override { log("clipid", xid, clip); }
+    void reply_computername(const AString& xid, AString name) override { log("computername", xid, name); }
+    void reply_version_info(const AString&, AString version, AString path) override
+    {
+        log("version_info", version, path);
+    }
+    void report_clip_created(AString clip) override { log("clip_created", clip); }
+    void report_userdict_change(AString key, AString value) override { log("userdict_change", key, value); }
+};
+
+struct Sample
+{
+    const char* message;
+    const char* call;
+};
+
+TEST(APIParser, calls_the_operation_of_a_message)
+{
+    const Sample samples[] = {
+        {"<reply><xid>1</xid><ok /></reply>", "ok 1 "},
+        {"<reply><ok><whatever>1</whatever></ok><xid> 1 </xid></reply>", "ok  1  "},
+        {"<reply><xid>5</xid><error><ErrorMessage>no such clip</ErrorMessage>"
+         "<ErrorCode> clipnotfound\n</ErrorCode></error></reply>",
+         "error 5 no such clip/clipnotfound"},
+        {"<reply><xid>2</xid><clipid><ClipID> a &amp; b </ClipID></clipid><future>1</future></reply>",
+         "clipid 2  a & b "},
+        {"<reply><xid>none7</xid><computername><New><x>1</x></New><ComputerName /></computername></reply>",
+         "computername none7 "},
+        {"<reply><xid>3</xid><version_info><SVNPath>p</SVNPath><SVNVersion>v</SVNVersion></version_info></"
+         "reply>",
+         "version_info v p"},
+        {"<report><clip_created><ClipID>news_0042</ClipID></clip_created></report>",
+         "clip_created news_0042 "},
+        {"<report><userdict_change><Key>k</Key><Value>v</Value></userdict_change></report>",
+         "userdict_change k v"},
+    };
+    for (const Sample& sample : samples) {
+        LoggingParser parser;
+        parser.parse(support::tree(sample.message));
+        EXPECT_EQ(parser.calls, std::vector<std::string>{sample.call}) << sample.message;
+        EXPECT_TRUE(parser.parse_ok()) << sample.message;
+    }
+}
+
+struct BadMessage
+{
+    const char* message;
+    const char* xid;
+    const char* error;
+};
+
+TEST(APIParser, says_what_is_wrong_with_a_message_and_calls_nothing)
+{
+    const BadMessage samples[] = {
+        {"<cmd><xid>1</xid><ok /></cmd>", "", "XML Message is not a <reply> or <report> message"},
+        {"<reply><ok /></reply>", "", "Tag 'xid' not found within 'reply'"},
+        {"<reply><xid>1</xid><ok /><xid>1</xid></reply>", "", "More than one tag 'xid' found within 'reply'"},
+        {"<reply><xid>1</xid><ok /><clipid><ClipID>a</ClipID></clipid></reply>", "",
+         "XML Message contains multiple commands"},
+        {"<reply><xid>1</xid><ok /><ok /></reply>", "", "XML Message contains multiple commands"},
+        {"<reply><xid>1</xid></reply>", "", "XML Message contains no commands"},
+        {"<reply><xid>1</xid><clip_created><ClipID>a</ClipID></clip_created></reply>", "",
+         "XML Message contains no commands"},
+        {"<report><ok /></report>", "", "XML Message contains no commands"},
+        {"<report />", "", "XML Message contains no commands"},
+        {"<reply><xid>6</xid><computername /></reply>", "6",
+         "Tag 'ComputerName' not found within 'computername'"},
+        {"<reply><xid>6</xid><version_info><SVNVersion>1</SVNVersion><SVNPath>a</SVNPath><SVNPath>b</SVNPath>"
+         "</version_info></reply>",
+         "6", "More than one tag 'SVNPath' found within 'version_info'"},
+        {"<reply><xid>6</xid><error><ErrorMessage>x</ErrorMessage><ErrorCode> New 1 "
+         "</ErrorCode></error></reply>",
+         "6", "Tag ErrorCode contains invalid value 'New 1'"},
+        {"<report><userdict_change><Value>%1</Value></userdict_change></report>", "",
+         "Tag 'Key' not found within 'userdict_change'"},
+    };
+    for (const BadMessage& sample : samples) {
+        LoggingParser parser;
+        parser.parse(support::tree(sample.message));
+        EXPECT_TRUE(parser.calls.empty()) << sample.message;
+        EXPECT_FALSE(parser.parse_ok()) << sample.message;
+        EXPECT_EQ(parser.parse_xid().to_string(), sample.xid) << sample.message;
+        EXPECT_EQ(parser.parse_error_msg().to_string(), sample.error) << sample.message;
+    }
+}
+
+TEST(APIParser, a_good_message_wipes_out_the_failure_before_it)
+{
+    LoggingParser parser;
+    parser.parse(XMLTree());
+    EXPECT_FALSE(parser.parse_ok());
+    parser.parse(support::tree("<reply><xid>1</xid><ok /></reply>"));
+    EXPECT_TRUE(parser.parse_ok());
+    EXPECT_EQ(parser.parse_error_msg(), AString());
+}
+
+TEST(APIParser, the_hook_sees_messages_before_any_check)
+{
+    std::vector<std::string> seen;
+    auto hook = [&seen](const XMLTree& message) { seen.push_back(message.get_tag().to_string()); };
+    LoggingParser parser;
+    parser.set_receive_debug_hook(AFunction1<const XMLTree&>::ref(hook));
+    parser.parse(support::tree("<reply><xid>1</xid><ok /></reply>"));
+    parser.parse(support::tree("<junk />"));
+    EXPECT_EQ(seen, (std::vector<std::string>{"reply", "junk"}));
+}
+
+TEST(ErrorCode, has_its_names_on_the_wire)
+{
+    EXPECT_EQ(KVRP3::ErrorCode_to_string(KVRP3::ErrorCode_configvalue_invalid),
+              AString::l1("configvalue_invalid"));
+    EXPECT_EQ(KVRP3::ErrorCode_to_string(static_cast<ErrorCode>(4)), AString());
+    ErrorCode code = KVRP3::ErrorCode_clipnotfound;
+    EXPECT_FALSE(KVRP3::string_to_ErrorCode(AString::l1("General"), &code));
+    EXPECT_EQ(code, KVRP3::ErrorCode_clipnotfound);
+    EXPECT_TRUE(KVRP3::string_to_ErrorCode(AString::l1("general"), &code));
+    EXPECT_EQ(code, KVRP3::ErrorCode_general);
+    EXPECT_TRUE(KVRP3::string_to_ErrorCode(AString::l1("general"), nullptr));
+    EXPECT_TRUE(KVRP3::valid_ErrorCode(3));
+    EXPECT_FALSE(KVRP3::valid_ErrorCode(-1));
+}
+
+} // namespace

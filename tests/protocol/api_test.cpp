@@ -1,0 +1,321 @@
+// Commands out, answers in, and everything that can come between.
+#include <support/memory_client.h>
+
+#include <algorithm>
+#include <atomic>
+#include <thread>
+
+namespace {
+
+using support::MemoryClient;
+using support::Recorder;
+using Calls = std::vector<std::string>;
+
+AString l1(const char* text)
+{
+    return AString::l1(text);
+}
+
+TEST(API, a_command_is_these_bytes)
+{
+    MemoryClient client;
+    Recorder recorder;
+    AString xid = client.cmd_get_computer_name(recorder.text(), recorder.error());
+    client.expect(xid, "<get_computer_name />");
+    xid = client.cmd_rename_clip(l1("a<b"), AString(), recorder.ok(), recorder.error());
+    client.expect(xid, "<rename_clip>\n<FromID>a&lt;b</FromID>\n<ToID />\n</rename_clip>");
+}
+
+TEST(API, an_optional_argument_leaves_an_element_only_if_it_is_present)
+{
+    MemoryClient client;
+    Recorder r;
+    const std::string bare = "<download_clipids />";
+    const std::string full = "<download_clipids>\n<DirectoryName>d</DirectoryName>\n</download_clipids>";
+    const AString d = l1("d");
+    client.expect(client.cmd_download_clipids(r.ok(), r.text(), r.error()), bare);
+    client.expect(client.cmd_download_clipids(d, r.ok(), r.text(), r.error()), full);
+    client.expect(client.cmd_download_clipids(true, d, r.ok(), r.text(), r.error()), full);
+    client.expect(client.cmd_download_clipids(false, d, r.ok(), r.text(), r.error()), bare);
+
+    KVRP3::APICommand& sender = client;
+    sender.cmd_watch_metadata_database(l1("mine"), l1("db"), l1("p"));
+    client.expect(l1("mine"), "<watch_metadata_database>\n<MetadataDatabase>db</MetadataDatabase>\n"
+                              "<MetadataPrefix>p</MetadataPrefix>\n</watch_metadata_database>");
+}
+
+TEST(API, without_callbacks_nothing_is_kept_and_the_xid_says_so)
+{
+    MemoryClient client;
+    Recorder recorder;
+    const AString before = client.cmd_sync(recorder.ok(), recorder.error());
+    const AString xid = client.cmd_sync(AFunction(), AFunction2<AString, KVRP3::ErrorCode>());
+    EXPECT_EQ(xid.to_string(), "none" + std::to_string(std::stoi(before.to_string()) + 1));
+    client.take();
+    client.cmd_delete_clip(l1("c"));
+    client.expect(l1(("none" + std::to_string(std::stoi(before.to_string()) + 2)).c_str()),
+                  "<delete_clip>\n<ClipID>c</ClipID>\n</delete_clip>");
+    EXPECT_EQ(client.outstanding_commands(), 1u);
+    client.reply(xid, "<ok />");
+    EXPECT_TRUE(client.parse_ok());
+    EXPECT_EQ(recorder.calls, Calls());
+    EXPECT_EQ(client.outstanding_commands(), 1u);
+}
+
+TEST(API, one_callback_is_enough_to_wait_for_the_answer)
+{
+    MemoryClient client;
+    Recorder recorder;
+    const AString xid = client.cmd_get_version_info({}, recorder.error());
+    EXPECT_EQ(client.outstanding_commands(), 1u);
+    client.reply(xid, "<version_info><SVNVersion>1</SVNVersion><SVNPath>p</SVNPath></version_info>");
+    EXPECT_EQ(client.outstanding_commands(), 0u);
+    EXPECT_EQ(recorder.calls, Calls());
+}
+
+TEST(API, a_reply_runs_its_callback_and_ends_the_command)
+{
+    MemoryClient client;
+    Recorder r;
+    AString xid = client.cmd_get_version_info(r.texts(), r.error());
+    EXPECT_EQ(client.outstanding_commands(), 1u);
+    client.reply(xid, "<version_info><SVNVersion>1</SVNVersion><SVNPath>p</SVNPath></version_info>");
+    client.reply(xid, "<version_info><SVNVersion>2</SVNVersion><SVNPath>p</SVNPath></version_info>");
+    EXPECT_EQ(r.calls, Calls{"1|p"});
+
+    xid = client.cmd_delete_clip(l1("c"), r.ok(), r.error());
+    client.reply(xid, "<error><ErrorMessage>no</ErrorMessage><ErrorCode>clipnotfound</ErrorCode></error>");
+    EXPECT_EQ(r.calls.back(), "clipnotfound: no");
+
+    xid = client.cmd_get_computer_name(r.text(), r.error());
+    r.calls.clear();
+    client.reply(xid, "<ok />"); // not what was asked for: it ends the command all the same
+    EXPECT_EQ(r.calls, Calls());
+    EXPECT_EQ(client.outstanding_commands(), 0u);
+}
+
+TEST(API, a_stream_goes_on_until_ok_or_error)
+{
+    MemoryClient client;
+    Recorder r;
+    AString xid = client.cmd_download_clipids(r.ok(), r.text(), r.error());
+    client.reply(xid, "<clipid><ClipID>a</ClipID></clipid>");
+    client.reply(xid, "<listid><ListID>not asked for</ListID></listid>");
+    client.reply(xid, "<clipid><ClipID>b</ClipID></clipid>");
+    EXPECT_EQ(client.outstanding_commands(), 1u);
+    client.reply(xid, "<ok />");
+    client.reply(xid, "<clipid><ClipID>late</ClipID></clipid>");
+    EXPECT_EQ(r.calls, (Calls{"a", "b", "ok"}));
+    EXPECT_EQ(client.outstanding_commands(), 0u);
+}
+
+TEST(API, a_reply_that_cannot_be_read_leaves_the_command_waiting)
+{
+    MemoryClient client;
+    Recorder r;
+    const AString xid = client.cmd_get_computer_name(r.text(), r.error());
+    client.reply(xid, "<computername />");
+    EXPECT_EQ(client.parse_error_msg(), l1("Tag 'ComputerName' not found within 'computername'"));
+    EXPECT_EQ(client.parse_xid(), xid);
+    EXPECT_EQ(client.outstanding_commands(), 1u);
+    EXPECT_EQ(r.calls, Calls());
+}
+
+TEST(API, a_forgotten_command_hears_nothing)
+{
+    MemoryClient client;
+    Recorder r;
+    const AString xid = client.cmd_sync(r.ok(), r.error());
+    EXPECT_TRUE(client.forget_transaction(xid));
+    EXPECT_FALSE(client.forget_transaction(xid));
+    client.reply(xid, "<ok />");
+    client.fail_all_pending_commands();
+    EXPECT_TRUE(client.parse_ok());
+    EXPECT_EQ(r.calls, Calls());
+}
+
+TEST(API, destruction_calls_nothing)
+{
+    Recorder r;
+    {
+        MemoryClient client;
+        client.cmd_sync(r.ok(), r.error());
+    }
+    EXPECT_EQ(r.calls, Calls());
+}
+
+TEST(API, all_commands_fail_in_the_text_order_of_their_xids)
+{
+    struct Entry
+    {
+        AString xid;
+        Calls* order;
+        void failed(AString message, KVRP3::ErrorCode code)
+        {
+            EXPECT_EQ(message, l1("Failing all outstanding commands"));
+            EXPECT_EQ(code, KVRP3::ErrorCode_general);
+            order->push_back(xid.to_string());
+        }
+    };
+    MemoryClient client;
+    Calls order;
+    std::vector<Entry> entries(120); // enough for xids of different lengths
+    for (Entry& entry : entries) {
+        entry.order = &order;
+        entry.xid =
+            client.cmd_sync({}, AFunction2<AString, KVRP3::ErrorCode>::member<&Entry::failed>(&entry));
+    }
+    client.fail_all_pending_commands();
+    client.fail_all_pending_commands();
+    EXPECT_EQ(order.size(), entries.size());
+    EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
+    EXPECT_EQ(client.outstanding_commands(), 0u);
+}
+
+TEST(API, a_command_on_a_dead_transport_fails_before_the_call_returns)
+{
+    MemoryClient client;
+    Recorder r;
+    client.dead = true;
+    client.cmd_sync(r.ok(), r.error());
+    EXPECT_EQ(r.calls, Calls{"general: Failing all outstanding commands"});
+    EXPECT_EQ(client.outstanding_commands(), 0u);
+}
+
+TEST(API, a_callback_may_send_again_on_the_dead_transport)
+{
+    struct Stubborn
+    {
+        MemoryClient client;
+        int failures = 0;
+        void issue()
+        {
+            client.cmd_sync({}, AFunction2<AString, KVRP3::ErrorCode>::member<&Stubborn::failed>(this));
+        }
+        void failed(AString, KVRP3::ErrorCode)
+        {
+            if (++failures < 5)
+                issue();
+        }
+    } stubborn;
+    stubborn.client.dead = true;
+    stubborn.issue();
+    EXPECT_EQ(stubborn.failures, 5);
+    EXPECT_EQ(stubborn.client.outstanding_commands(), 0u);
+}
+
+TEST(API, a_callback_that_finds_the_connection_lost_is_not_followed_by_its_own_error)
+{
+    MemoryClient client;
+    Recorder r;
+    auto ok = [&] {
+        r.calls.push_back("ok");
+        EXPECT_EQ(client.outstanding_commands(), 1u); // its own command counts until it returns
+        client.fail_all_pending_commands();
+    };
+    const AString xid = client.cmd_sync(AFunction::ref(ok), r.error());
+    client.reply(xid, "<ok />");
+    EXPECT_EQ(r.calls, Calls{"ok"});
+    EXPECT_EQ(client.outstanding_commands(), 0u);
+}
+
+TEST(API, the_sink_gets_chunks_of_at_most_1500_bytes)
+{
+    for (const unsigned length : {10u, 1400u, 1500u, 4000u, 9001u}) {
+        MemoryClient client;
+        const std::string text(length, 'x');
+        client.cmd_debug_label(AString::from_utf8(text.data(), length));
+        for (std::size_t i = 0; i < client.chunks.size(); ++i) {
+            EXPECT_LE(client.chunks[i].size(), 1500u);
+            if (i + 1 < client.chunks.size()) {
+                EXPECT_EQ(client.chunks[i].size(), 1500u);
+            }
+        }
+        EXPECT_NE(client.take().find("<DebugString>" + text + "</DebugString>"), std::string::npos);
+    }
+}
+
+TEST(API, the_hook_sees_a_message_before_it_is_written)
+{
+    MemoryClient client;
+    Calls seen;
+    auto hook = [&](const XMLTree& message) {
+        EXPECT_TRUE(client.chunks.empty());
+        seen.push_back(message.get_subnodes().back().get_tag().to_string());
+    };
+    client.set_send_debug_hook(AFunction1<const XMLTree&>::ref(hook));
+    client.cmd_sync();
+    EXPECT_EQ(seen, Calls{"sync"});
+}
+
+TEST(API, messages_of_two_threads_follow_one_another_whole)
+{
+    constexpr int per_thread = 500;
+    MemoryClient client;
+    auto issue = [&client](char filler) {
+        const std::string text(2000, filler);
+        const AString label = AString::from_utf8(text.data(), 2000);
+        Recorder r;
+        for (int i = 0; i < per_thread; ++i) {
+            const AString xid = client.cmd_debug_label(label, r.ok(), r.error());
+            EXPECT_TRUE(client.forget_transaction(xid));
+        }
+    };
+    std::thread a(issue, 'a'), b(issue, 'b');
+    a.join();
+    b.join();
+    EXPECT_EQ(client.outstanding_commands(), 0u);
+
+    const std::string all = client.take();
+    int messages = 0;
+    for (std::size_t from = 0; from < all.size(); ++messages) {
+        const std::size_t end = all.find("</cmd>", from) + 6;
+        const std::string message = all.substr(from, end - from);
+        const std::string text(2000, message.find("a</DebugString>") != std::string::npos ? 'a' : 'b');
+        ASSERT_NE(message.find("<DebugString>" + text + "</DebugString>"), std::string::npos) << message;
+        from = end;
+    }
+    EXPECT_EQ(messages, 2 * per_thread);
+}
+
+// The connection is found lost on one thread while another issues commands and a third answers them.
+TEST(API, every_command_ends_exactly_once_whoever_ends_it)
+{
+    struct Command
+    {
+        std::atomic<int> ends{0};
+        void ok() { ++ends; }
+        void error(AString, KVRP3::ErrorCode) { ++ends; }
+    };
+    MemoryClient client;
+    std::vector<Command> commands(20000);
+    std::atomic<unsigned> issued{0};
+    std::vector<AString> xids(commands.size());
+    std::thread answering([&] {
+        for (unsigned i = 0; i < commands.size(); ++i) {
+            while (issued.load() <= i)
+                std::this_thread::yield();
+            XMLTree reply(l1("reply"), XMLTree(l1("xid"), xids[i]));
+            reply.add_subnode(XMLTree(l1("ok")));
+            client.parse(reply);
+        }
+    });
+    std::thread failing([&] {
+        while (issued.load() < commands.size()) {
+            client.fail_all_pending_commands();
+            std::this_thread::yield();
+        }
+    });
+    for (unsigned i = 0; i < commands.size(); ++i) {
+        Command* command = &commands[i];
+        xids[i] = client.cmd_sync(AFunction::member<&Command::ok>(command),
+                                  AFunction2<AString, KVRP3::ErrorCode>::member<&Command::error>(command));
+        issued.store(i + 1);
+    }
+    answering.join();
+    failing.join();
+    EXPECT_EQ(client.outstanding_commands(), 0u);
+    EXPECT_TRUE(std::all_of(commands.begin(), commands.end(), [](const Command& c) { return c.ends == 1; }));
+}
+
+} // namespace
