@@ -282,16 +282,20 @@ void AString::send_utf8(AFunction2<const char*, unsigned> sink) const
 
 std::string AString::to_string() const
 {
-    std::size_t bytes = 0;
-    for_each_run([&](const AChar* run, unsigned n) {
-        for (unsigned i = 0; i < n; ++i)
-            bytes += 1u + (run[i].ord() > 0x7F) + (run[i].ord() > 0x7FF) + (run[i].ord() > 0xFFFF);
-    });
-    std::string text(bytes, '\0');
+    std::string text(len_, '\0'); // enough if all is ASCII
     unsigned written = 0;
     StringRuns runs(*this);
-    encode_utf8(runs, text.data(), &written, length_of(bytes));
-    text.resize(written); // shorter where a character has no form in UTF-8
+    encode_utf8(runs, text.data(), &written, len_);
+    if (runs.size()) {
+        std::size_t bytes = written;
+        for (StringRuns rest = runs; rest.size(); rest.skip(1)) {
+            const unsigned c = rest.data()->ord();
+            bytes += 1u + (c > 0x7F) + (c > 0x7FF) + (c > 0xFFFF);
+        }
+        text.resize(bytes);
+        encode_utf8(runs, text.data(), &written, length_of(bytes));
+        text.resize(written); // shorter where a character has no form in UTF-8
+    }
     return text;
 }
 

@@ -1,0 +1,161 @@
+// Characters: classes, digits, and the reading and writing of UTF-8 and UTF-16.
+#include <skuan/foundation/achar.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+TEST(AChar, Classes)
+{
+    for (unsigned c = 0; c < 0x200; ++c) {
+        const AChar ch(c);
+        const bool digit = c >= '0' && c <= '9';
+        const bool upper = c >= 'A' && c <= 'Z';
+        const bool lower = c >= 'a' && c <= 'z';
+        const unsigned value = digit ? c - '0' : upper ? c - 'A' + 10 : lower ? c - 'a' + 10 : 99;
+        EXPECT_EQ(ch.is_digit(), digit) << c;
+        EXPECT_EQ(ch.is_hexdigit(), digit || upper || lower) << c; // G to Z too
+        EXPECT_EQ(ch.to_digit(99), digit ? value : 99) << c;
+        EXPECT_EQ(ch.to_hexdigit(99), value) << c;
+        EXPECT_EQ(ch.is_space(), c == ' ' || c == '\t' || c == '\n' || c == '\r') << c;
+        EXPECT_EQ(ch.to_lower().ord(), upper ? c + 32 : c) << c;
+        EXPECT_EQ(ch.is_ascii(), c < 128) << c;
+        EXPECT_EQ(ch.is_latin1(), c < 256) << c;
+        EXPECT_EQ(ch.to_latin1('?'), c < 256 ? static_cast<char>(c) : '?') << c;
+    }
+    EXPECT_EQ(AChar::from_latin1('\xFF').ord(), 0xFFu);
+    EXPECT_EQ(AChar::chr(5).cmp(AChar(6)), -1);
+    EXPECT_EQ(AChar(0xFFFFFFFF).cmp(AChar(6)), 1);
+    EXPECT_EQ(AChar(6).cmp(6), 0);
+}
+
+TEST(AChar, Utf8Forms)
+{
+    const struct
+    {
+        const char* bytes;
+        unsigned c;      // what it reads as
+        bool round_trip; // and is written so again
+    } rows[] = {
+        {"A", 'A', true},
+        {"\x7F", 0x7F, true},
+        {"\xC2\x80", 0x80, true},
+        {"\xDF\xBF", 0x7FF, true},
+        {"\xE0\xA0\x80", 0x800, true},
+        {"\xED\xA0\x80", 0xD800, true}, // a surrogate passes
+        {"\xEF\xBF\xBF", 0xFFFF, true},
+        {"\xF0\x90\x80\x80", 0x10000, true},
+        {"\xF4\x8F\xBF\xBF", 0x10FFFF, true},
+        {"\xE0\x80\x80", 0, false}, // overlong forms of three and four bytes pass
+        {"\xE0\x81\x81", 'A', false},
+        {"\xF0\x80\x81\x81", 'A', false},
+    };
+    for (const auto& row : rows) {
+        const std::string bytes = row.bytes;
+        const unsigned n = static_cast<unsigned>(bytes.size());
+        AChar c(7);
+        unsigned used = 9;
+        ASSERT_TRUE(AChar::consume_utf8((bytes + "xyz").data(), n + 3, &c, &used)) << std::hex << row.c;
+        EXPECT_EQ(c.ord(), row.c);
+        EXPECT_EQ(used, n);
+        EXPECT_TRUE(AChar::consume_utf8(bytes.data(), n, nullptr, nullptr));
+        for (unsigned cut = 0; cut < n; ++cut) {
+            used = 9;
+            c = AChar(7);
+            EXPECT_FALSE(AChar::consume_utf8(bytes.data(), cut, &c, &used))
+                << std::hex << row.c << " " << cut;
+            EXPECT_EQ(used, 0u);
+            EXPECT_EQ(c, AChar(7));
+        }
+        if (!row.round_trip)
+            continue;
+        for (unsigned room = 0; room <= n + 1; ++room) {
+            char buf[8] = "#######";
+            used = 9;
+            EXPECT_EQ(AChar(row.c).to_utf8(buf, room, &used), room >= n);
+            EXPECT_EQ(used, room >= n ? n : 0);
+            EXPECT_EQ(std::string(buf, 7),
+                      (room >= n ? bytes : "") + std::string(room >= n ? 7 - n : 7, '#'));
+        }
+    }
+    EXPECT_FALSE(AChar(0x110000).to_utf8(nullptr, 0, nullptr));
+}
+
+TEST(AChar, Utf8Refusals)
+{
+    std::vector<std::string> refused = {
+        std::string(1, '\0'), "\xC0\x80",     "\xC1\xBF",     "\xC2\x41",
+        "\xC2\xC2",           "\xE2\x82\x41", "\xE2\x41\x82", "\xF0\x9F\x98\x41",
+    };
+    for (unsigned lead = 0x80; lead < 0xC0; ++lead)
+        refused.push_back(std::string(1, static_cast<char>(lead)) + "\x80\x80\x80");
+    for (unsigned lead = 0xF5; lead <= 0xFF; ++lead)
+        refused.push_back(std::string(1, static_cast<char>(lead)) + "\x80\x80\x80");
+    for (const std::string& bytes : refused) {
+        unsigned used = 9;
+        AChar c;
+        EXPECT_FALSE(AChar::consume_utf8(bytes.data(), static_cast<unsigned>(bytes.size()), &c, &used));
+        EXPECT_EQ(used, 0u);
+    }
+}
+
+TEST(AChar, Utf16)
+{
+    const struct
+    {
+        std::vector<unsigned short> units;
+        bool ok;
+        unsigned c;
+    } rows[] = {
+        {{}, false, 0},
+        {{0}, false, 0},
+        {{'A'}, true, 'A'},
+        {{0xFFFF}, true, 0xFFFF},
+        {{0xD800, 0xDC00}, true, 0x10000},
+        {{0xDBFF, 0xDFFF}, true, 0x10FFFF},
+        {{0xD83D, 0xDE00}, true, 0x1F600},
+        {{0xD800}, false, 0},
+        {{0xD800, 'A'}, false, 0},
+        {{0xD800, 0xD800}, false, 0},
+        {{0xDC00, 0xD800}, false, 0},
+    };
+    for (const auto& row : rows) {
+        AChar c(7);
+        unsigned used = 9;
+        const unsigned n = static_cast<unsigned>(row.units.size());
+        EXPECT_EQ(AChar::consume_utf16(row.units.data(), n, &c, &used), row.ok);
+        EXPECT_EQ(used, row.ok ? n : 0);
+        EXPECT_EQ(c.ord(), row.ok ? row.c : 7);
+        const std::vector<wchar_t> wide(row.units.begin(), row.units.end());
+        EXPECT_EQ(AChar::consume_wchars(wide.data(), n, &c, &used), row.ok);
+        if (!row.ok)
+            continue;
+        unsigned short buf[2] = {1, 1};
+        EXPECT_FALSE(AChar(row.c).to_utf16(buf, n - 1, &used));
+        EXPECT_EQ(used, 0u);
+        EXPECT_TRUE(AChar(row.c).to_utf16(buf, 2, &used));
+        EXPECT_EQ(std::vector<unsigned short>(buf, buf + used), row.units);
+    }
+    unsigned short buf[2];
+    for (unsigned c : {0xD800u, 0xDBFFu, 0xDC00u, 0xDFFFu, 0x110000u, ~0u})
+        EXPECT_FALSE(AChar(c).to_utf16(buf, 2, nullptr)) << c;
+}
+
+TEST(AChar, WideCharactersByThemselves)
+{
+    const std::wstring face = L"\U0001F600";
+    AChar c;
+    unsigned used = 0;
+    ASSERT_TRUE(AChar::consume_wchars(face.data(), static_cast<unsigned>(face.size()), &c, &used));
+    EXPECT_EQ(c.ord(), 0x1F600u);
+    EXPECT_EQ(used, face.size());
+    wchar_t buf[2];
+    ASSERT_TRUE(c.to_wchars(buf, 2, &used));
+    EXPECT_EQ(std::wstring(buf, used), face);
+    EXPECT_FALSE(AChar(0xD800).to_wchars(buf, 2, &used));
+}
+
+} // namespace
