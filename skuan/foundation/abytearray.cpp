@@ -21,11 +21,16 @@ AByteArray::DataStruct::~DataStruct()
 
 bool AByteArray::DataStruct::reserve(std::size_t n)
 {
+    if (!SKUAN_CHECK(n <= largest_size))
+        return false;
     if (capacity >= n + 1)
         return true;
     std::size_t wanted = capacity ? capacity : smallest_capacity;
-    while (wanted < n + 1)
+    while (wanted < n + 1) {
+        if (wanted > ~std::size_t{0} / 2 - 2 * page)
+            return false;
         wanted *= 2;
+    }
     const bool aligned = wanted >= page;
     auto* const block =
         static_cast<unsigned char*>(::operator new(aligned ? wanted + 2 * page : wanted, std::nothrow));

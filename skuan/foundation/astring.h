@@ -6,13 +6,12 @@
 #include <skuan/export.h>
 #include <skuan/foundation/achar.h>
 #include <skuan/foundation/afunction.h>
-#include <skuan/foundation/aref.h>
+#include <skuan/foundation/astring_storage.h>
 
 #include <cstdarg>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <iterator>
 #include <string>
 
 class AString;
@@ -23,34 +22,6 @@ namespace skuan {
 class AStringBuilder;
 class StringRuns;
 } // namespace skuan
-
-/// 64 characters; every segment of a storage is full, except the last.
-struct AStringSegment
-{
-    static constexpr unsigned capacity = 64;
-
-    AStringSegment* next;
-    AChar buf[capacity];
-};
-
-/// What strings share. The first segment lies inside, so that a short string is one block. A builder
-/// fills it and lets go of it when it is finished; nothing writes to it afterwards.
-struct AStringInternalStorageStruct
-{
-    AtomicUnsigned references;
-    unsigned len;
-    AStringSegment head;
-
-    SKUAN_EXPORT static void destroy(AStringInternalStorageStruct* storage);
-};
-
-/// A place in a storage.
-struct AStringSegmentPosition
-{
-    const AStringSegment* current_segment = nullptr;
-    unsigned segment_offset = 0;    ///< index into `buf`
-    unsigned absolute_position = 0; ///< from the start of the storage, not of the view
-};
 
 /// An immutable text of up to 2^32 - 2 characters. A value: copying it never copies characters and
 /// never allocates. One object must not be assigned to while another thread uses that same object;
@@ -380,133 +351,10 @@ private:
     mutable unsigned hash_ = 0; // 0 until computed; raced for by compare-and-swap
 };
 
-namespace skuan {
-
-/// Walks the characters of a string run by run: `for (StringRuns r(s); r.size(); r.skip(r.size()))`. The
-/// string has to outlive it.
-class StringRuns
-{
-public:
-    explicit StringRuns(const AString& string, unsigned from = 0)
-    {
-        if (from >= string.len_)
-            return;
-        const unsigned position = string.start_offset_ + from;
-        segment_ = string.segment_of(position);
-        remaining_ = string.len_ - from;
-        enter(position % AStringSegment::capacity);
-    }
-
-    const AChar* data() const { return data_; }
-    unsigned size() const { return size_; } ///< 0 at the end
-    /// Goes `n` <= size() characters on.
-    void skip(unsigned n)
-    {
-        data_ += n;
-        size_ -= n;
-        remaining_ -= n;
-        if (size_ == 0 && remaining_ != 0) {
-            segment_ = segment_->next;
-            enter(0);
-        }
-    }
-
-private:
-    void enter(unsigned offset)
-    {
-        data_ = segment_->buf + offset;
-        const unsigned room = AStringSegment::capacity - offset;
-        size_ = remaining_ < room ? remaining_ : room;
-    }
-
-    const AStringSegment* segment_ = nullptr;
-    const AChar* data_ = nullptr;
-    unsigned size_ = 0;
-    unsigned remaining_ = 0;
-};
-
-} // namespace skuan
-
-template <typename F>
-void AString::for_each_run(F&& f) const
-{
-    for (skuan::StringRuns runs(*this); runs.size(); runs.skip(runs.size()))
-        f(runs.data(), runs.size());
-}
-
-/// Stands on a character of a string, or past its end. It holds its own copy of the string, so it stays
-/// good when the string is assigned to. Going on from the end, or back from the start, leaves it past the
-/// end; going back from the end gives the last character.
-class SKUAN_EXPORT AString::iterator
-{
-public:
-    using iterator_category = std::bidirectional_iterator_tag;
-    using value_type = AChar;
-    using difference_type = std::ptrdiff_t;
-    using pointer = const AChar*;
-    using reference = AChar;
-
-    iterator() = default;
-
-    bool valid() const { return valid_; }
-    AChar operator*() const { return current_; } ///< 0 past the end
-    const AChar* operator->() const { return &current_; }
-
-    iterator& operator++()
-    {
-        if (valid_)
-            next();
-        return *this;
-    }
-    iterator operator++(int)
-    {
-        iterator before = *this;
-        ++*this;
-        return before;
-    }
-    iterator& operator--();
-    iterator operator--(int)
-    {
-        iterator before = *this;
-        --*this;
-        return before;
-    }
-
-    /// At the same position of views of one storage, or both past the end.
-    bool operator==(const iterator& other) const
-    {
-        if (!valid_ || !other.valid_)
-            return valid_ == other.valid_;
-        return string_.storage_ == other.string_.storage_ &&
-               position_.absolute_position == other.position_.absolute_position;
-    }
-    bool operator!=(const iterator& other) const { return !(*this == other); }
-
-private:
-    friend class AString;
-    iterator(const AString& string, unsigned index) : string_(string) { go_to(index); }
-
-    void go_to(unsigned index);
-    void next();
-
-    AString string_;
-    AChar current_{0};
-    bool valid_ = false;
-    AStringSegmentPosition position_;
-};
-
-inline AString::iterator AString::begin() const
-{
-    return iterator(*this, 0);
-}
-
-inline AString::iterator AString::end() const
-{
-    return iterator(*this, len_);
-}
-
 template <>
 struct std::hash<AString>
 {
     std::size_t operator()(const AString& text) const { return text.hash(); }
 };
+
+#include <skuan/foundation/astring_walk.h>

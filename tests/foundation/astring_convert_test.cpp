@@ -1,0 +1,269 @@
+// Strings from and into other encodings: where input ends, what fits, and the way through Qt.
+#include <skuan/foundation/astring.h>
+#include <skuan/foundation/astring_builder.h>
+
+#include <QString>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+// One to four bytes a character; "aé€😀" 40 times crosses several segment borders.
+const std::string mixed_utf8 = "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80";
+constexpr unsigned mixed[] = {'a', 0xE9, 0x20AC, 0x1F600};
+
+std::string repeated(const std::string& text, unsigned n)
+{
+    std::string out;
+    for (unsigned i = 0; i < n; ++i)
+        out += text;
+    return out;
+}
+
+AString from_utf8(const std::string& bytes)
+{
+    return AString::from_utf8(bytes.data(), static_cast<unsigned>(bytes.size()));
+}
+
+std::vector<unsigned> code_points(const AString& text)
+{
+    std::vector<unsigned> points;
+    for (AChar c : text)
+        points.push_back(c.ord());
+    return points;
+}
+
+TEST(AStringConvert, Utf8EndsAtTheFirstRefusal)
+{
+    const struct
+    {
+        std::string bytes, kept;
+    } rows[] = {
+        {"", ""},
+        {"abc\xFF"
+         "def",
+         "abc"},
+        {std::string("abc\0def", 7), "abc"},
+        {std::string("\0", 1), ""},
+        {"\x80", ""},
+        {"ab\xC3", "ab"},
+        {"ab\xE2\x82", "ab"},
+        {"ab\xE2\x28\xA1", "ab"},
+        {mixed_utf8 + "\xC0\x80x", mixed_utf8},
+    };
+    for (const auto& row : rows) {
+        // In front, so that the refusal falls into every place of a block and of a segment.
+        for (unsigned before : {0u, 1u, 15u, 16u, 17u, 62u, 63u, 64u, 65u, 130u}) {
+            const std::string head(before, '.');
+            const AString text = from_utf8(head + row.bytes);
+            EXPECT_EQ(text.to_string(), head + row.kept);
+            AString whole = AString::l1("untouched");
+            const bool accepted = row.bytes == row.kept;
+            const std::string bytes = head + row.bytes;
+            EXPECT_EQ(skuan::string_from_utf8(bytes.data(), static_cast<unsigned>(bytes.size()), &whole),
+                      accepted);
+            EXPECT_EQ(whole, accepted ? text : AString::l1("untouched"));
+        }
+    }
+}
+
+TEST(AStringConvert, Utf8CutAtEveryByte)
+{
+    const std::string bytes = repeated(mixed_utf8, 40);
+    const AString whole = from_utf8(bytes);
+    ASSERT_EQ(whole.length(), 160u);
+    for (unsigned cut = 0; cut <= bytes.size(); ++cut) {
+        unsigned characters = 0;
+        for (unsigned i = 0; i < cut; ++i) // whole characters before the cut
+            characters += i + 1 == bytes.size() || (bytes[i + 1] & 0xC0) != 0x80 ? 1 : 0;
+        ASSERT_EQ(from_utf8(bytes.substr(0, cut)), whole.left(characters)) << cut;
+    }
+}
+
+TEST(AStringConvert, Utf8IntoEveryRoom)
+{
+    const std::string bytes = repeated(mixed_utf8, 14);
+    const AString text = from_utf8("x" + bytes).mid(1);
+    for (unsigned room = 0; room <= bytes.size() + 2; ++room) {
+        std::string buf(room + 1, '#');
+        unsigned written = 99;
+        const bool whole = text.to_utf8(buf.data(), room, &written, true, '.');
+        ASSERT_EQ(whole, room >= bytes.size());
+        ASSERT_LE(written, room);
+        ASSERT_GE(written + 3, std::min<unsigned>(room, bytes.size()));
+        ASSERT_EQ(buf, bytes.substr(0, written) + std::string(room - written, '.') + "#");
+        ASSERT_TRUE(written == bytes.size() || (bytes[written] & 0xC0) != 0x80) << "cut inside a character";
+
+        std::string z(room + 1, '#');
+        ASSERT_EQ(text.to_utf8_z(z.data(), room), room > bytes.size());
+        ASSERT_TRUE(room == 0 || bytes.compare(0, std::string(z.c_str()).size(), z.c_str()) == 0);
+        ASSERT_EQ(z[room], '#');
+    }
+}
+
+TEST(AStringConvert, SendUtf8FlushesWholeCharacters)
+{
+    const struct
+    {
+        std::string bytes;
+        std::vector<unsigned> chunks;
+    } rows[] = {
+        {"", {}},
+        {std::string(125, 'a'), {125}},
+        {std::string(126, 'a'), {125, 1}},
+        {std::string(300, 'a'), {125, 125, 50}},
+        {std::string(124, 'a') + "\xF0\x9F\x98\x80"
+                                 "b",
+         {128, 1}},
+        {std::string(125, 'a') + "\xC3\xA9", {125, 2}},
+    };
+    for (const auto& row : rows) {
+        std::vector<unsigned> chunks;
+        std::string joined;
+        auto sink = [&](const char* chunk, unsigned n) {
+            chunks.push_back(n);
+            joined.append(chunk, n);
+        };
+        from_utf8(row.bytes).send_utf8(AFunction2<const char*, unsigned>::ref(sink));
+        EXPECT_EQ(chunks, row.chunks);
+        EXPECT_EQ(joined, row.bytes);
+    }
+}
+
+TEST(AStringConvert, Latin1)
+{
+    std::string all;
+    for (unsigned c = 0; c < 256; ++c)
+        all += static_cast<char>(c);
+    const AString text = AString::from_latin1(all.data(), 256); // its 0 is a character
+    ASSERT_EQ(text.length(), 256u);
+    for (unsigned c = 0; c < 256; ++c)
+        EXPECT_EQ(text.getchar(c), AChar(c));
+    std::string back(256, '#');
+    EXPECT_TRUE(text.to_latin1(back.data(), 256));
+    EXPECT_EQ(back, all);
+
+    const AString high = from_utf8("0123456789abcdef" + mixed_utf8 + "z");
+    char buf[40];
+    unsigned written = 0;
+    EXPECT_TRUE(high.to_latin1(buf, 24, '?', &written, true, '.'));
+    EXPECT_EQ(std::string(buf, 24), "0123456789abcdefa\xE9??z...");
+    EXPECT_EQ(written, 21u);
+    EXPECT_FALSE(high.to_latin1_z(buf, 21, '?'));
+    EXPECT_STREQ(buf, "0123456789abcdefa\xE9??");
+    EXPECT_FALSE(high.to_latin1_z(buf, 0, '?'));
+
+    EXPECT_EQ(AString::from_latin1z("abc", 2).to_string(), "ab");
+    EXPECT_EQ(AString::from_latin1z("abc", ~0u).to_string(), "abc");
+    EXPECT_EQ(AString::from_utf8z("a\xC3\xA9", 2).to_string(), "a");
+    EXPECT_EQ(AString::from_utf8z("a\xC3\xA9").length(), 2u);
+}
+
+TEST(AStringConvert, NullPointersAreEmpty)
+{
+    EXPECT_TRUE(AString::l1(nullptr).empty());
+    EXPECT_TRUE(AString::from_latin1(nullptr, 3).empty());
+    EXPECT_TRUE(AString::from_utf8(nullptr, 3).empty());
+    EXPECT_TRUE(AString::from_utf8z(nullptr).empty());
+    EXPECT_TRUE(AString::from_utf16(nullptr, 3).empty());
+    EXPECT_TRUE(AString::from_utf32(nullptr, 3).empty());
+    EXPECT_TRUE(AString(static_cast<const wchar_t*>(nullptr)).empty());
+    EXPECT_TRUE(AString(static_cast<const char*>(nullptr)).empty());
+}
+
+TEST(AStringConvert, Utf16AndUtf32AndWide)
+{
+    const std::vector<unsigned short> units = {'a', 0xE9, 0x20AC, 0xD83D, 0xDE00, 'z'};
+    const AString text = AString::from_utf16(units.data(), 6);
+    EXPECT_EQ(code_points(text), (std::vector<unsigned>{'a', 0xE9, 0x20AC, 0x1F600, 'z'}));
+    EXPECT_EQ(AString::from_utf16(units.data(), 4).length(), 3u); // cut inside a pair
+    const std::vector<unsigned short> lone = {'a', 0xDE00, 'z'};
+    EXPECT_EQ(AString::from_utf16(lone.data(), 3).length(), 1u);
+    const std::vector<unsigned> points = {'a', 0x1F600, 0x110000, 'z'};
+    EXPECT_EQ(code_points(AString::from_utf32(points.data(), 4)), (std::vector<unsigned>{'a', 0x1F600}));
+    const std::vector<unsigned> zero = {'a', 0, 'z'};
+    EXPECT_EQ(AString::from_utf32(zero.data(), 3).length(), 1u);
+
+    unsigned short small[5] = {1, 1, 1, 1, 1};
+    unsigned written = 0;
+    EXPECT_FALSE(text.to_utf16(small, 4, &written, true, '.')); // the pair doesn't fit
+    EXPECT_EQ(written, 3u);
+    EXPECT_EQ(small[3], '.');
+    EXPECT_EQ(small[4], 1);
+    unsigned short z[7];
+    EXPECT_TRUE(text.to_utf16_z(z, 7));
+    EXPECT_EQ(std::vector<unsigned short>(z, z + 6), units);
+    EXPECT_EQ(z[6], 0);
+    unsigned wide[6];
+    EXPECT_TRUE(text.to_utf32_z(wide, 6));
+    EXPECT_EQ(wide[3], 0x1F600u);
+    EXPECT_EQ(wide[5], 0u);
+    EXPECT_FALSE(text.to_utf32_z(wide, 5));
+    EXPECT_EQ(wide[4], 0u);
+
+    const std::wstring wtext = L"a\u00E9\u20AC\U0001F600z";
+    EXPECT_EQ(AString(wtext), text);
+    EXPECT_EQ(AString(wtext.c_str()), text);
+    EXPECT_EQ(AString(wtext.c_str(), 2), text.left(2));
+    EXPECT_EQ(text.to_wstring(), wtext);
+    wchar_t wz[8];
+    EXPECT_TRUE(text.to_wchars_z(wz, 8));
+    EXPECT_EQ(std::wstring(wz), wtext);
+}
+
+TEST(AStringConvert, ThroughQt)
+{
+    for (unsigned n : {0u, 1u, 16u, 40u}) {
+        const std::string bytes = repeated(mixed_utf8, n);
+        const AString text = from_utf8(bytes);
+        const QString qt = QString::fromStdString(bytes);
+        EXPECT_EQ(QString(text), qt);
+        EXPECT_EQ(AString(qt), text);
+    }
+    const QString lone = QStringLiteral("ab") + QChar(0xD800) + QStringLiteral("c");
+    EXPECT_EQ(AString(lone).to_string(), "ab");
+    EXPECT_EQ(QString(from_utf8("ab\xED\xA0\x80"
+                                "c")),
+              QStringLiteral("ab"));
+}
+
+TEST(AStringConvert, CharactersWithoutAFormEndTheText)
+{
+    skuan::AStringBuilder builder;
+    builder.append(AChar('a'));
+    builder.append(AChar(0x110000));
+    builder.append(AChar('z'));
+    const AString text = builder.finish();
+    EXPECT_EQ(text.to_string(), "a");
+    EXPECT_EQ(text.to_wstring(), L"a");
+    std::string sent;
+    auto sink = [&](const char* chunk, unsigned n) { sent.append(chunk, n); };
+    text.send_utf8(AFunction2<const char*, unsigned>::ref(sink));
+    EXPECT_EQ(sent, "a");
+}
+
+TEST(AStringBuilder, CollectsFromEverywhere)
+{
+    skuan::AStringBuilder builder;
+    EXPECT_TRUE(builder.finish().empty());
+    builder.append(AChar('x'), 63);
+    EXPECT_TRUE(builder.append_utf8("\xE2\x82\xAC", 3)); // the last of a segment
+    EXPECT_TRUE(builder.append_utf8("\xE2\x82\xAC", 3)); // the first of the next
+    builder.append_latin1("\xE9", 1);
+    builder.append(AString::l1("end"));
+    builder.append(mixed[3] == 0x1F600 ? AChar(mixed[3]) : AChar(0));
+    EXPECT_FALSE(builder.append_utf8("yes\xFFno", 6));
+    EXPECT_EQ(builder.length(), 73u);
+    EXPECT_EQ(builder.finish().to_string(), std::string(63, 'x') + "\xE2\x82\xAC\xE2\x82\xAC\xC3\xA9"
+                                                                   "end\xF0\x9F\x98\x80yes");
+    EXPECT_EQ(builder.length(), 0u);
+    builder.append(AChar('a'));
+    builder.clear();
+    builder.append(AChar('b'));
+    EXPECT_EQ(builder.finish().to_string(), "b");
+}
+
+} // namespace
