@@ -14,6 +14,9 @@ if(NOT CMAKE_BUILD_TYPE)
 endif()
 
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  add_compile_options(-Wno-restrict) # GCC 12 is wrong about a literal + std::string
+endif()
 add_compile_definitions(QT_NO_KEYWORDS QT_DEPRECATED_WARNINGS)
 
 find_program(SKUAN_CCACHE ccache)

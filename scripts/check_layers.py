@@ -36,9 +36,9 @@ def is_private(header):
 
 
 def names_system(source):
-    """The platform room; and one system's source of the simulator, which shares no code with it."""
+    """The platform room; and one system's source of a program, which cannot see that room."""
     return source.parts[:2] == ("skuan", "platform") or re.match(
-        r"simulator/platform\w*_(posix|linux|windows)\.cpp$", source.as_posix())
+        r"(simulator|tools/\w+)/platform\w*_(posix|linux|windows)\.cpp$", source.as_posix())
 
 
 def include_breach(source, quote, header):
