@@ -2,7 +2,6 @@
 #include <simulator/message_reader_p.h>
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 namespace simulator {
@@ -10,24 +9,6 @@ namespace simulator {
 namespace {
 
 constexpr std::size_t max_depth = 32;
-
-// True if "<!" or "<?" stands in `bytes`, or is completed by its first byte. A bare '<' is nothing but
-// the start of markup in XML, so no text can be refused by mistake.
-bool starts_forbidden_markup(const QByteArray& bytes, bool& after_bracket)
-{
-    const char* at = bytes.constData();
-    const char* const end = at + bytes.size();
-    while (at != end) {
-        if (after_bracket && (*at == '!' || *at == '?'))
-            return true;
-        const auto* bracket = static_cast<const char*>(std::memchr(at, '<', static_cast<size_t>(end - at)));
-        after_bracket = bracket != nullptr;
-        if (!bracket)
-            return false;
-        at = bracket + 1;
-    }
-    return false;
-}
 
 } // namespace
 
@@ -39,11 +20,10 @@ MessageReader::MessageReader(qint64 max_message) : max_message_(max_message)
 
 void MessageReader::add(const QByteArray& bytes)
 {
-    if (forbidden_)
+    if (!guard_.objection().isEmpty())
         return;
-    forbidden_ = starts_forbidden_markup(bytes, after_bracket_);
-    last_added_ = bytes;
-    reader_.addData(bytes);
+    last_added_ = bytes.left(guard_.good_bytes(bytes));
+    reader_.addData(last_added_);
 }
 
 MessageReader::Result MessageReader::next(Element& message)
@@ -82,8 +62,8 @@ MessageReader::Result MessageReader::end_of_bytes()
 {
     if (reader_.error() != QXmlStreamReader::PrematureEndOfDocumentError)
         return broken(reader_.errorString());
-    if (forbidden_)
-        return broken(QStringLiteral("markup that the protocol does not have"));
+    if (!guard_.objection().isEmpty())
+        return broken(guard_.objection());
     if (stray_text())
         return broken(QStringLiteral("text outside of a message"));
     if (reader_.characterOffset() - message_start_ > max_message_)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <simulator/element.h>
+#include <simulator/stream_guard_p.h>
 
 #include <QByteArray>
 #include <QXmlStreamReader>
@@ -11,10 +12,6 @@ namespace simulator {
 // The whole stream is read as one endless document: an opening tag of our own goes in first, and each
 // of its child elements is a message. So Qt's reader finds the bounds itself, goes on in the middle of
 // a tag or of a character when more bytes come, and looks at every byte once.
-//
-// Comments, CDATA sections, processing instructions and document types have no place in the protocol
-// and are refused at their first two bytes; it is also the only markup that Qt's reader would scan again
-// from its start with every piece that arrives.
 //
 // One thread, one instance for each client.
 class MessageReader
@@ -40,16 +37,15 @@ private:
     bool open_element();
     bool close_element(Element& message);
 
+    StreamGuard guard_;
     QXmlStreamReader reader_;
     std::vector<Element> open_; // from the message's root to the innermost open element
     QByteArray last_added_;
     QString error_;
     qint64 max_message_;
-    qint64 message_start_ = 0;   // where the last message ended, in the reader's characters
-    bool in_stream_ = false;     // our own opening tag has been read
-    bool forbidden_ = false;     // "<!" or "<?" was seen
-    bool after_bracket_ = false; // the last byte was '<'
-    bool in_markup_ = false;     // something other than white space has come since the last message
+    qint64 message_start_ = 0; // where the last message ended, in the reader's characters
+    bool in_stream_ = false;   // our own opening tag has been read
+    bool in_markup_ = false;   // something other than white space has come since the last message
 };
 
 } // namespace simulator

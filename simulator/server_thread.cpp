@@ -1,6 +1,7 @@
 // The thread: it makes the server, says how that went, and runs its event loop.
 #include <simulator/server_thread.h>
 
+#include <QCoreApplication>
 #include <QSemaphore>
 #include <QThread>
 
@@ -44,6 +45,11 @@ bool ServerThread::start()
 {
     if (d->server)
         return true;
+    if (!QCoreApplication::instance()) {
+        d->error = QStringLiteral(
+            "a QCoreApplication must exist before a server starts; Qt delivers no events without");
+        return false;
+    }
     d->start();
     d->ready.acquire();
     if (!d->server)

@@ -8,8 +8,8 @@
 
 namespace simulator {
 
-/// Owns the thread and the server on it. Not to be used from two threads at once; the server's own
-/// functions for any thread are free of that.
+/// Owns the thread and the server on it. A QCoreApplication must exist, but need not run its event loop. Not
+/// to be used from two threads at once; the server's own functions for any thread are free of that.
 class SKUAN_SIMULATOR_EXPORT ServerThread
 {
 public:
