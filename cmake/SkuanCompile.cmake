@@ -32,10 +32,21 @@ if(SKUAN_SANITIZE)
   add_compile_options(-fsanitize=${SKUAN_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${SKUAN_SANITIZE})
   add_library(sanitizer_defaults OBJECT "${CMAKE_CURRENT_LIST_DIR}/sanitizers/defaults.cpp")
+  if(SKUAN_SANITIZE MATCHES "thread")
+    include(SkuanTsan)
+  endif()
 endif()
+
+# Every shared library of this tree calls this: the thread sanitizer has to see what it does with Qt.
+function(skuan_library target)
+  if(TARGET qt_for_tsan)
+    target_sources(${target} PRIVATE $<TARGET_OBJECTS:qt_for_tsan>)
+  endif()
+endfunction()
 
 # Every program of this tree calls this: a sanitizer build gives it the sanitizers' options.
 function(skuan_program target)
+  skuan_library(${target})
   if(TARGET sanitizer_defaults)
     target_sources(${target} PRIVATE $<TARGET_OBJECTS:sanitizer_defaults>)
   endif()
