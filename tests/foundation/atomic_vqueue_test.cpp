@@ -1,0 +1,202 @@
+#include <skuan/foundation/atomic_vqueue.h>
+
+#include <support/scale.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <new>
+#include <thread>
+#include <vector>
+
+namespace {
+
+std::atomic<int> allocations{0};
+
+} // namespace
+
+// Counts what the whole program, the library included, takes from the heap.
+void* operator new(std::size_t size)
+{
+    ++allocations;
+    if (void* const memory = std::malloc(size))
+        return memory;
+    throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept
+{
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept
+{
+    std::free(memory);
+}
+
+namespace {
+
+/// What threads may hold back of free nodes, two chains each, on top of what the queues need.
+constexpr int kept_by_a_thread = 64;
+
+void* value(std::uintptr_t n)
+{
+    return reinterpret_cast<void*>(n);
+}
+
+TEST(AtomicVQueue, IsFirstInFirstOut)
+{
+    AtomicVQueue queue;
+    EXPECT_EQ(queue.dequeue(), nullptr);
+    for (std::uintptr_t n = 1; n <= 1000; ++n)
+        queue.enqueue(value(n));
+    EXPECT_EQ(queue.size(), 1000u);
+    for (std::uintptr_t n = 1; n <= 500; ++n)
+        ASSERT_EQ(queue.dequeue(), value(n));
+    EXPECT_EQ(queue.size(), 500u);
+    queue.clear();
+    EXPECT_EQ(queue.size(), 0u);
+    EXPECT_EQ(queue.dequeue(), nullptr);
+    queue.enqueue(value(7));
+    EXPECT_EQ(queue.dequeue(), value(7));
+    queue.enqueue(value(8)); // the destructor drops it
+}
+
+TEST(AtomicVQueue, TakesNoMoreFromTheHeapThanItsPeak)
+{
+    constexpr int peak = 10;
+    AtomicVQueue queue;
+    const int before = allocations;
+    for (int round = 0; round < 1000; ++round) {
+        for (std::uintptr_t n = 0; n < peak; ++n)
+            queue.enqueue(value(n));
+        queue.clear();
+    }
+    EXPECT_LE(allocations - before, peak);
+}
+
+TEST(AtomicVQueue, GetsBackTheNodesOfThreadsThatEnd)
+{
+    AtomicVQueue queue;
+    const auto fill_and_empty = [&] {
+        for (int n = 0; n < 100; ++n)
+            queue.enqueue(value(1));
+        queue.clear();
+    };
+    std::thread(fill_and_empty).join();
+    const int before = allocations;
+    constexpr int threads = 200;
+    for (int i = 0; i < threads; ++i)
+        std::thread(fill_and_empty).join();
+    // A thread itself costs an allocation or two; lost nodes would cost dozens.
+    EXPECT_LE(allocations - before, 4 * threads);
+}
+
+/// Uses a queue while the thread's own storage is being taken down.
+struct LateUser
+{
+    AtomicVQueue* queue = nullptr;
+    ~LateUser()
+    {
+        for (int n = 0; n < 100; ++n)
+            queue->enqueue(value(1));
+        queue->clear();
+    }
+};
+
+TEST(AtomicVQueue, ServesThreadsThatAreEnding)
+{
+    AtomicVQueue queue;
+    const int before = allocations;
+    constexpr int threads = 50;
+    for (int i = 0; i < threads; ++i) {
+        std::thread([&] {
+            thread_local LateUser late; // goes after the queue's own storage, as it came first
+            late.queue = &queue;
+            queue.enqueue(value(1));
+            queue.dequeue();
+        }).join();
+    }
+    EXPECT_EQ(queue.size(), 0u);
+    EXPECT_LE(allocations - before, 100 + 4 * threads);
+}
+
+// Producers and consumers on all cores. Every value names its producer and its turn, so a value that
+// is lost, doubled or out of turn is seen.
+TEST(AtomicVQueue, LosesAndDoublesNothing)
+{
+    const unsigned sides = std::max(2u, std::thread::hardware_concurrency());
+    const std::uintptr_t turns = static_cast<unsigned>(support::scaled(20'000'000)) / sides;
+    const unsigned most_in_queue = 2000; // producers wait then, so that the peak is known
+    AtomicVQueue queue;
+    std::atomic<std::uintptr_t> taken{0};
+    std::vector<std::atomic<std::uint8_t>> seen(turns * sides);
+    std::atomic<int> out_of_turn{0}, doubled{0};
+    std::vector<std::thread> threads;
+    const int before = allocations;
+    for (unsigned producer = 0; producer < sides; ++producer) {
+        threads.emplace_back([&, producer] {
+            for (std::uintptr_t turn = 0; turn < turns; ++turn) {
+                while (queue.size() > most_in_queue)
+                    std::this_thread::yield();
+                queue.enqueue(value(1 + turn * sides + producer));
+            }
+        });
+        threads.emplace_back([&] {
+            std::vector<std::uintptr_t> last(sides, 0);
+            while (taken < turns * sides) {
+                const auto n = reinterpret_cast<std::uintptr_t>(queue.dequeue());
+                if (n == 0) {
+                    std::this_thread::yield();
+                    continue;
+                }
+                ++taken;
+                out_of_turn += n <= last[(n - 1) % sides];
+                last[(n - 1) % sides] = n;
+                doubled += seen[n - 1].exchange(1) != 0;
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(taken, turns * sides);
+    EXPECT_EQ(out_of_turn, 0);
+    EXPECT_EQ(doubled, 0);
+    EXPECT_EQ(queue.size(), 0u);
+    EXPECT_EQ(queue.dequeue(), nullptr);
+    const int threads_themselves = static_cast<int>(threads.size()) * 8;
+    const int nodes = static_cast<int>(most_in_queue + sides + 2 * sides * kept_by_a_thread);
+    EXPECT_LE(allocations - before, nodes + threads_themselves);
+}
+
+// Through a queue goes what was written before: the sanitizer's view of it.
+TEST(AtomicVQueue, HandsOverWhatAValuePointsAt)
+{
+    constexpr int rounds = support::scaled(500'000);
+    AtomicVQueue there, back;
+    std::thread peer([&] {
+        for (int n = 0; n < rounds;) {
+            if (auto* const number = static_cast<int*>(there.dequeue())) {
+                *number = -*number;
+                back.enqueue(number);
+                ++n;
+            }
+        }
+    });
+    std::vector<int> numbers(rounds);
+    for (int n = 0; n < rounds; ++n) {
+        numbers[static_cast<std::size_t>(n)] = n;
+        there.enqueue(&numbers[static_cast<std::size_t>(n)]);
+    }
+    for (int n = 0; n < rounds;) {
+        if (auto* const number = static_cast<int*>(back.dequeue())) {
+            ASSERT_EQ(*number, -n);
+            ++n;
+        }
+    }
+    peer.join();
+}
+
+} // namespace

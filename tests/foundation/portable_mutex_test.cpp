@@ -1,0 +1,104 @@
+#include <skuan/foundation/portable_mutex.h>
+
+#include <support/blocked_thread.h>
+#include <support/scale.h>
+
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <vector>
+
+namespace {
+
+bool other_thread_gets_in(PortableMutex& mutex)
+{
+    support::BlockedThread other([&] { PortableMutexLock lock(mutex); });
+    other.wait_until_blocked();
+    const bool in = other.ended();
+    if (!in) // let it through, so that it can end
+        while (mutex.release()) {
+        }
+    return in;
+}
+
+PortableMutexLock taken(PortableMutex& mutex)
+{
+    return PortableMutexLock(mutex);
+}
+
+TEST(PortableMutex, IsRecursiveAndKnowsItsOwner)
+{
+    PortableMutex mutex;
+    EXPECT_FALSE(mutex.release());
+    EXPECT_TRUE(mutex.take());
+    EXPECT_TRUE(mutex.take());
+    std::thread([&] { EXPECT_FALSE(mutex.release()); }).join();
+    EXPECT_TRUE(mutex.release());
+    EXPECT_TRUE(mutex.held_here());
+    EXPECT_TRUE(mutex.release());
+    EXPECT_FALSE(mutex.held_here());
+    EXPECT_FALSE(mutex.release());
+    EXPECT_TRUE(other_thread_gets_in(mutex));
+}
+
+TEST(PortableMutex, DoesNothingWithoutAHandle)
+{
+    PortableMutex null(nullptr);
+    EXPECT_FALSE(null.take());
+    EXPECT_FALSE(null.release());
+    EXPECT_FALSE(PortableMutexLock(null).ok());
+    EXPECT_FALSE(PortableMutexLock(static_cast<PortableMutex*>(nullptr)).ok());
+    EXPECT_FALSE(PortableMutexLock().ok());
+}
+
+TEST(PortableMutexLock, HoldsUntilTheLastCopyGoes)
+{
+    PortableMutex mutex;
+    {
+        PortableMutexLock first = taken(mutex);
+        ASSERT_TRUE(first.ok());
+        std::vector<PortableMutexLock> copies(5, first);
+        first = PortableMutexLock();
+        EXPECT_FALSE(first.ok());
+        first = copies[2];
+        first = *&first;
+        copies.clear();
+        PortableMutexLock moved = std::move(first);
+        EXPECT_TRUE(moved.ok());
+        EXPECT_TRUE(mutex.held_here());
+        EXPECT_FALSE(other_thread_gets_in(mutex));
+        EXPECT_FALSE(mutex.held_here());
+        mutex.take(); // the one that the token gives back
+    }
+    EXPECT_FALSE(mutex.held_here());
+    EXPECT_TRUE(other_thread_gets_in(mutex));
+}
+
+TEST(PortableMutexLock, CopiedOnAnotherThreadHoldsNothing)
+{
+    PortableMutex mutex;
+    const PortableMutexLock lock(mutex);
+    std::thread([&] { EXPECT_FALSE(PortableMutexLock(lock).ok()); }).join();
+}
+
+TEST(PortableMutex, KeepsThreadsApart)
+{
+    PortableMutex mutex;
+    int plain = 0;
+    constexpr int rounds = support::scaled(500'000);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([&] {
+            for (int n = 0; n < rounds; ++n) {
+                const PortableMutexLock lock(mutex);
+                const PortableMutexLock again = lock;
+                ++plain;
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(plain, 4 * rounds);
+}
+
+} // namespace

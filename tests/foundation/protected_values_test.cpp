@@ -1,0 +1,114 @@
+#include <skuan/foundation/aprotect.h>
+#include <skuan/foundation/auto_release.h>
+#include <skuan/foundation/run_once.h>
+
+#include <support/scale.h>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+TEST(AProtect, CopiesReachTheSameValue)
+{
+    AProtect<std::string> first(std::string("a"));
+    const AProtect<std::string> second = first;
+    *first.lock() += "b";
+    EXPECT_EQ(*second.lock(), "ab");
+    first = AProtect<std::string>();
+    EXPECT_EQ(*first.lock(), "");
+    EXPECT_EQ(*second.lock(), "ab");
+}
+
+TEST(AProtect, ALockKeepsTheItemAndMayBeTakenAgain)
+{
+    std::optional<AProtect<std::string>> protect(std::in_place, std::string("kept"));
+    const auto lock = protect->lock();
+    const auto again = protect->lock();
+    const auto copy = again;
+    protect.reset();
+    EXPECT_EQ(*copy, "kept");
+    EXPECT_EQ(lock->size(), 4u);
+}
+
+TEST(AProtect, KeepsThreadsApart)
+{
+    constexpr int rounds = support::scaled(200'000);
+    AProtect<int> sum(0);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([sum] {
+            for (int n = 0; n < rounds; ++n)
+                ++*sum.lock();
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(*sum.lock(), 4 * rounds);
+}
+
+struct Counter
+{
+    std::atomic<int> runs{0};
+    void run() { ++runs; }
+    AFunction function() { return AFunction::member<&Counter::run>(this); }
+};
+
+TEST(AutoRelease, RunsOnceWhenTheLastCopyGoes)
+{
+    Counter counter;
+    {
+        AutoRelease first(counter.function());
+        AutoRelease second = first;
+        AutoRelease third;
+        third = second;
+        third = *&third;
+        first.release();
+        first.release();
+        second = AutoRelease();
+        EXPECT_EQ(counter.runs, 0);
+        AutoRelease fourth = third;
+        third.release();
+        EXPECT_EQ(counter.runs, 0);
+    }
+    EXPECT_EQ(counter.runs, 1);
+    AutoRelease{};
+    AutoRelease{AFunction()};
+}
+
+TEST(AutoRelease, RunsOnceHoweverManyThreadsRelease)
+{
+    for (int round = 0; round < support::scaled(2'000); ++round) {
+        Counter counter;
+        AutoRelease shared(counter.function());
+        std::vector<std::thread> threads;
+        for (int i = 0; i < 2; ++i) {
+            threads.emplace_back([&shared, copy = shared]() mutable {
+                shared.release();
+                copy.release();
+            });
+        }
+        for (std::thread& thread : threads)
+            thread.join();
+        EXPECT_EQ(counter.runs, 1);
+    }
+}
+
+int loaded = 0;
+const RunOnce at_load_time([] { ++loaded; });
+
+TEST(RunOnce, RunsAtLoadTimeAndOnceOnly)
+{
+    EXPECT_EQ(loaded, 1);
+    RunOnce copy(at_load_time);
+    copy = at_load_time;
+    EXPECT_EQ(loaded, 1);
+    RunOnce{nullptr};
+}
+
+} // namespace

@@ -1,0 +1,198 @@
+#include <skuan/platform/stream_socket.h>
+
+#include <support/blocked_thread.h>
+#include <support/loopback_address.h>
+
+#include <gtest/gtest.h>
+
+#include <arpa/inet.h>
+#include <atomic>
+#include <functional>
+#include <netinet/in.h>
+#include <string>
+#include <sys/socket.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+using skuan::platform::StreamSocket;
+using Wait = StreamSocket::Wait;
+
+namespace {
+
+constexpr unsigned no_limit = ~0u;
+
+/// A bare listener on an address of its own, so that the test's other end shares no code with ours.
+struct Listener
+{
+    const std::uint32_t address = ntohl(inet_addr(support::own_loopback_address().c_str()));
+    std::uint16_t port = 0;
+    int descriptor;
+
+    explicit Listener(int backlog = 8) : descriptor(socket(AF_INET, SOCK_STREAM, 0))
+    {
+        sockaddr_in own{};
+        socklen_t size = sizeof own;
+        own.sin_family = AF_INET;
+        own.sin_addr.s_addr = htonl(address);
+        EXPECT_EQ(bind(descriptor, reinterpret_cast<sockaddr*>(&own), size), 0);
+        EXPECT_EQ(listen(descriptor, backlog), 0);
+        EXPECT_EQ(getsockname(descriptor, reinterpret_cast<sockaddr*>(&own), &size), 0);
+        port = ntohs(own.sin_port);
+    }
+    ~Listener() { close(descriptor); }
+
+    int accept() const { return ::accept(descriptor, nullptr, nullptr); }
+};
+
+/// A connected socket and the server's end of it.
+struct Connection
+{
+    Listener listener;
+    StreamSocket socket;
+    int server;
+
+    Connection()
+    {
+        EXPECT_TRUE(socket.connect(listener.address, listener.port));
+        server = listener.accept();
+    }
+    ~Connection() { close_server(); }
+    void close_server()
+    {
+        if (server >= 0)
+            close(std::exchange(server, -1));
+    }
+};
+
+const std::vector<char> more_than_a_window(64 << 20, 'x');
+
+/// Sends until the peer, who reads nothing, has no room left; then blocks.
+std::ptrdiff_t fill_window(StreamSocket& socket)
+{
+    return socket.send(more_than_a_window.data(), more_than_a_window.size());
+}
+
+TEST(StreamSocket, CarriesLargeBuffersWholeInBothDirections)
+{
+    Connection connection;
+    std::string sent(5'000'000, '\0');
+    for (std::size_t i = 0; i < sent.size(); ++i)
+        sent[i] = static_cast<char>(i * 2654435761u >> 24);
+    std::thread echo([&] {
+        std::vector<char> all(sent.size());
+        for (std::size_t got = 0; got < all.size();)
+            got += static_cast<std::size_t>(recv(connection.server, &all[got], all.size() - got, 0));
+        for (std::size_t out = 0; out < all.size();)
+            out += static_cast<std::size_t>(send(connection.server, &all[out], all.size() - out, 0));
+    });
+    EXPECT_EQ(connection.socket.send(sent.data(), sent.size()), static_cast<std::ptrdiff_t>(sent.size()));
+    std::string received;
+    char buffer[2048];
+    while (received.size() < sent.size() && connection.socket.wait_readable(no_limit) == Wait::ready) {
+        const auto got = connection.socket.receive(buffer, sizeof buffer);
+        ASSERT_GT(got, 0);
+        received.append(buffer, static_cast<std::size_t>(got));
+    }
+    echo.join();
+    EXPECT_TRUE(received == sent);
+}
+
+TEST(StreamSocket, TellsSilenceFromBytesAndFromTheEnd)
+{
+    Connection connection;
+    char byte = 0;
+    EXPECT_EQ(connection.socket.wait_readable(0), Wait::timed_out);
+    EXPECT_EQ(connection.socket.wait_readable(1), Wait::timed_out);
+    ASSERT_EQ(send(connection.server, "a", 1, 0), 1);
+    EXPECT_EQ(connection.socket.wait_readable(no_limit), Wait::ready);
+    EXPECT_EQ(connection.socket.receive(&byte, 1), 1);
+    EXPECT_EQ(byte, 'a');
+    connection.close_server();
+    EXPECT_EQ(connection.socket.wait_readable(no_limit), Wait::ready);
+    EXPECT_EQ(connection.socket.receive(&byte, 1), 0);
+}
+
+TEST(StreamSocket, FailsInsteadOfCrashing)
+{
+    Listener listener;
+    StreamSocket socket;
+    char byte = 0;
+    const auto expect_unconnected = [&] {
+        EXPECT_EQ(socket.wait_readable(0), Wait::failed);
+        EXPECT_LT(socket.receive(&byte, 1), 0);
+        EXPECT_LT(socket.send("a", 1), 1);
+        EXPECT_EQ(socket.send(nullptr, 0), 0);
+        socket.close();
+    };
+    expect_unconnected();
+    {
+        const std::uint16_t refusing_port = Listener().port; // closed again by now
+        EXPECT_FALSE(socket.connect(listener.address, refusing_port));
+    }
+    expect_unconnected();
+
+    ASSERT_TRUE(socket.connect(listener.address, listener.port));
+    close(listener.accept());
+    // The first sends may still go out, then the peer's reset is known; no signal ends the process.
+    while (socket.send("a", 1) == 1) {
+    }
+    ASSERT_TRUE(socket.connect(listener.address, listener.port)) << "a new connection begins afresh";
+    const int server = listener.accept();
+    EXPECT_EQ(socket.send("a", 1), 1);
+    close(server);
+    socket.close();
+    expect_unconnected();
+}
+
+TEST(StreamSocket, CancelEndsEveryBlockedCallAndFailsEveryLaterOne)
+{
+    struct Case
+    {
+        const char* call;
+        bool starts_connected;
+        std::function<bool(StreamSocket&, const Listener&)> gives_failure;
+    };
+    char byte = 0;
+    const Case cases[] = {
+        {"connect", false, [](auto& s, auto& to) { return !s.connect(to.address, to.port); }},
+        {"wait_readable", true, [](auto& s, auto&) { return s.wait_readable(no_limit) == Wait::failed; }},
+        {"receive", true, [&](auto& s, auto&) { return s.receive(&byte, 1) < 0; }},
+        {"send", true, [](auto& s, auto&) { return fill_window(s) < 1; }},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.call);
+        Listener listener(0); // room for one connection that is not accepted; others get no answer
+        StreamSocket socket, in_the_way;
+        ASSERT_TRUE((c.starts_connected ? socket : in_the_way).connect(listener.address, listener.port));
+        std::atomic<bool> failed{false};
+        support::BlockedThread owner([&] { failed = c.gives_failure(socket, listener); });
+        owner.wait_until_blocked();
+        EXPECT_FALSE(owner.ended());
+        socket.cancel();
+        owner.join();
+        EXPECT_TRUE(failed);
+
+        EXPECT_TRUE(socket.cancelled());
+        EXPECT_FALSE(socket.connect(listener.address, listener.port));
+        EXPECT_EQ(socket.wait_readable(no_limit), Wait::failed);
+        EXPECT_LT(socket.receive(&byte, 1), 0);
+        EXPECT_LT(socket.send("a", 1), 1);
+    }
+}
+
+TEST(StreamSocket, CloseEndsTheSendOfAnotherThread)
+{
+    for (int round = 0; round < 20; ++round) {
+        Connection connection;
+        std::atomic<std::ptrdiff_t> result{1};
+        support::BlockedThread sender([&] { result = fill_window(connection.socket); });
+        if (round % 2 == 0)
+            sender.wait_until_blocked();
+        connection.socket.close();
+        sender.join();
+        EXPECT_LT(result, 1);
+    }
+}
+
+} // namespace

@@ -1,0 +1,20 @@
+// How much work a stress test does in this build.
+#pragma once
+
+namespace support {
+
+#if defined(__SANITIZE_THREAD__)
+inline constexpr int share = 100;
+#elif defined(__SANITIZE_ADDRESS__) || !defined(NDEBUG)
+inline constexpr int share = 10;
+#else
+inline constexpr int share = 1;
+#endif
+
+/// `n` in an optimised build, a part of it where every step costs many times as much.
+constexpr int scaled(int n)
+{
+    return n / share;
+}
+
+} // namespace support
