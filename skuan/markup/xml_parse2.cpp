@@ -9,6 +9,7 @@
 
 #include <QThread>
 
+#include <atomic>
 #include <climits>
 #include <utility>
 
@@ -38,6 +39,7 @@ struct XMLParseEngine2::Private
     AtomicUnsigned flow_begun;
     AtomicUnsigned generation;
     AProtect<AList<InputQueueEntry>> input;
+    std::atomic<unsigned> backlog{0}; ///< bytes in `input`; changed under its lock
     AProtect<AList<XMLQueueEntry>> output;
 
     // The parser thread's, once input has begun.
@@ -79,7 +81,11 @@ void XMLParseEngine2::input_bytes(const QByteArray& bytes)
     if (bytes.isEmpty())
         return;
     d->flow_begun = 1;
-    d->input.lock()->push_back({d->generation.get(), bytes});
+    {
+        const auto input = d->input.lock();
+        input->push_back({d->generation.get(), bytes});
+        d->backlog += static_cast<unsigned>(bytes.size());
+    }
     Q_EMIT wake_thread();
 }
 
@@ -87,6 +93,11 @@ void XMLParseEngine2::input_bytes(unsigned byte_count, const void* data)
 {
     if (SKUAN_CHECK(byte_count < INT_MAX))
         input_bytes(QByteArray(static_cast<const char*>(data), static_cast<int>(byte_count)));
+}
+
+unsigned XMLParseEngine2::backlog() const
+{
+    return d->backlog;
 }
 
 // The parser thread.
@@ -107,7 +118,11 @@ void XMLParseEngine2::wake_thread_action()
 void XMLParseEngine2::process_input()
 {
     AList<InputQueueEntry> batch;
-    std::swap(*d->input.lock(), batch);
+    {
+        const auto input = d->input.lock();
+        std::swap(*input, batch);
+        d->backlog = 0;
+    }
     bool any = false;
     for (const auto* entry = batch.first_entry(); entry; entry = entry->next)
         any |= process_input(entry->value.generation, entry->value.bytes);
@@ -186,8 +201,10 @@ void XMLParseEngine2::reset()
     const unsigned generation = ++d->generation;
     {
         auto input = d->input.lock();
-        while (!input->empty() && input->front().generation != generation)
+        while (!input->empty() && input->front().generation != generation) {
+            d->backlog -= static_cast<unsigned>(input->front().bytes.size());
             input->pop_front();
+        }
         input->push_back({generation, QByteArray()});
     }
     expire_output_pending();

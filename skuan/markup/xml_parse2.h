@@ -34,6 +34,9 @@ public:
     /// parser. After an error, bytes are thrown away until `reset`.
     void input_bytes(const QByteArray& bytes);
     void input_bytes(unsigned byte_count, const void* data);
+    /// How many bytes of input the parser has not taken up yet, for a reader that wants to bound them.
+    /// While they are more than `bufsize`, a `parse_result_available` is bound to follow. Any thread.
+    unsigned backlog() const;
 
     /// The next tree, or a null tree. Consumer's thread, as the next two.
     XMLTree get_xml();

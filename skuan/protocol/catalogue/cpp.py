@@ -349,3 +349,25 @@ def qt_command_definitions(catalogue):
             with_callbacks = call(f"return impl_->{name}", arguments + callback_names(command), ";")
             yield from function(f"AString APIQt::{name}", parameters + callbacks(command), with_callbacks)
             yield from function(f"void APIQt::{name}", parameters, call(f"impl_->{name}", arguments, ";"))
+
+
+def signal_items(catalogue):
+    return [item for report in catalogue.reports.values() for item in report.items]
+
+
+@fills
+def meta_type_declarations(catalogue):
+    """Each type once, under the name of the first tag that has it; Qt knows the numbers already."""
+    first = {}
+    for item in signal_items(catalogue):
+        first.setdefault(item.option, item.signal_type)
+    known_to_qt = ("bool", "int", "unsigned", "short", "unsigned short", "std::int64_t", "std::uint64_t")
+    for option, name in first.items():
+        if option not in known_to_qt:
+            yield f"Q_DECLARE_METATYPE({name})"
+
+
+@fills
+def meta_type_registrations(catalogue):
+    for name in dict.fromkeys(item.signal_type for item in signal_items(catalogue)):
+        yield f'qRegisterMetaType<{name}>("{name}");'

@@ -1,0 +1,213 @@
+// Connecting, reading and handing out, with an eye on what slots and callbacks may do meanwhile.
+#include <skuan/protocol/kvrp3_api_qt.h>
+
+#include <skuan/foundation/assertfail.h>
+#include <skuan/markup/xml_parse2.h>
+#include <skuan/protocol/kvrp3_api_qt_impl_p.h>
+#include <skuan/protocol/server_port_p.h>
+
+#include <QTcpSocket>
+
+namespace KVRP3 {
+
+namespace {
+
+constexpr unsigned longest_message = 65536;
+constexpr qint64 read_size = 1024;
+/// How much the socket keeps of what this thread has not read.
+constexpr qint64 socket_buffer = 65536;
+/// How far the parser may be behind before this thread stops reading. More than one message: so that
+/// the parser, working through it, has a result to tell of, and reading goes on then.
+constexpr unsigned highest_backlog = 4 * longest_message;
+
+} // namespace
+
+void APIQtImpl::send(const void* data, unsigned length)
+{
+    owner_->send(data, length);
+}
+
+APIQt::APIQt(QObject* parent)
+    : QObject(parent),
+      impl_(std::make_unique<APIQtImpl>(this)),
+      engine_(std::make_unique<XMLParseEngine2>(longest_message))
+{
+    engine_->config_tag("reply");
+    engine_->config_tag("report");
+    connect(engine_.get(), &XMLParseEngine2::parse_result_available, this, &APIQt::slot_xmlReady,
+            Qt::QueuedConnection);
+    renew_socket();
+}
+
+APIQt::~APIQt()
+{
+    socket_->disconnect(this);
+    delete socket_;
+}
+
+void APIQt::renew_socket()
+{
+    // Not the old one again: it may be in the midst of telling that its connection has ended, and would
+    // afterwards sweep a new one away with the old.
+    if (socket_)
+        socket_->deleteLater();
+    socket_ = new QTcpSocket(this);
+    socket_->setReadBufferSize(socket_buffer);
+    connect(socket_, &QAbstractSocket::stateChanged, this, &APIQt::slot_stateChanged);
+    connect(socket_, &QAbstractSocket::readyRead, this, &APIQt::slot_readyRead);
+    connect(socket_, &QAbstractSocket::connected, this, &APIQt::connected);
+    connect(socket_, &QAbstractSocket::disconnected, this, &APIQt::disconnected);
+    connect(socket_, &QAbstractSocket::stateChanged, this, &APIQt::stateChanged);
+}
+
+void APIQt::connect_to_server(const QHostAddress& address)
+{
+    target_ = address;
+    open();
+}
+
+void APIQt::connect_to_server(const QString& name)
+{
+    target_ = name;
+    open();
+}
+
+void APIQt::reconnect()
+{
+    if (!std::holds_alternative<std::monostate>(target_))
+        open();
+}
+
+// Whatever calls out may come back with a later request, and then the rest of this one is void.
+void APIQt::open()
+{
+    const unsigned request = ++requests_;
+    begin_stream();
+    if (request == requests_)
+        socket_->abort();
+    if (request != requests_)
+        return;
+    renew_socket();
+    if (const QString* name = std::get_if<QString>(&target_))
+        socket_->connectToHost(*name, server_port, QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
+    else
+        socket_->connectToHost(std::get<QHostAddress>(target_), server_port, QIODevice::ReadWrite);
+}
+
+void APIQt::disconnect_from_server()
+{
+    ++requests_;
+    drop_connection();
+}
+
+void APIQt::drop_connection()
+{
+    const unsigned request = requests_;
+    begin_stream();
+    if (request != requests_)
+        return;
+    socket_->readAll(); // the rest of the stream that has just ended
+    socket_->disconnectFromHost();
+}
+
+void APIQt::begin_stream()
+{
+    fail_all_pending_commands();
+    engine_->reset();
+    impl_->reset_stream();
+}
+
+bool APIQt::is_connected() const
+{
+    return socket_->state() == QAbstractSocket::ConnectedState;
+}
+
+bool APIQt::is_localhost() const
+{
+    const QHostAddress peer = socket_->peerAddress();
+    return is_connected() && (peer == QHostAddress(QHostAddress::LocalHost) ||
+                              peer == QHostAddress(QHostAddress::LocalHostIPv6));
+}
+
+void APIQt::fail_all_pending_commands()
+{
+    impl_->fail_all_pending_commands();
+}
+
+bool APIQt::forget_transaction(const AString& xid)
+{
+    return impl_->forget_transaction(xid);
+}
+
+unsigned APIQt::outstanding_commands() const
+{
+    return impl_->outstanding_commands();
+}
+
+void APIQt::set_send_debug_hook(AFunction1<const XMLTree&> hook)
+{
+    impl_->set_send_debug_hook(hook);
+}
+
+void APIQt::set_receive_debug_hook(AFunction1<const XMLTree&> hook)
+{
+    impl_->set_receive_debug_hook(hook);
+}
+
+void APIQt::slot_stateChanged(QAbstractSocket::SocketState state)
+{
+    if (state != QAbstractSocket::ConnectedState)
+        fail_all_pending_commands();
+    else if (SKUAN_CHECK(socket_->socketDescriptor() != -1))
+        socket_->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+}
+
+void APIQt::slot_readyRead()
+{
+    feed_parser();
+    slot_xmlReady();
+}
+
+void APIQt::feed_parser()
+{
+    while (socket_->bytesAvailable() != 0 && engine_->backlog() < highest_backlog) {
+        const QByteArray bytes = socket_->read(read_size);
+        if (bytes.isEmpty()) {
+            drop_connection();
+            return;
+        }
+        engine_->input_bytes(bytes);
+    }
+}
+
+void APIQt::slot_xmlReady()
+{
+    while (!engine_->parse_error()) {
+        const XMLTree message = engine_->get_xml();
+        if (message.is_null()) {
+            feed_parser(); // with what had to wait
+            return;
+        }
+        if (!parse_intercept(message))
+            impl_->parse(message);
+    }
+    drop_connection();
+}
+
+bool APIQt::parse_intercept(const XMLTree&)
+{
+    return false;
+}
+
+void APIQt::send(const void* data, unsigned length)
+{
+    if (length == 0)
+        return;
+    if (!is_connected()) {
+        fail_all_pending_commands();
+        return;
+    }
+    socket_->write(static_cast<const char*>(data), length);
+}
+
+} // namespace KVRP3
