@@ -2,6 +2,7 @@
 #include <skuan/markup/xml_tree.h>
 
 #include <skuan/foundation/astring_builder.h>
+#include <skuan/foundation/text_kernels.h>
 #include <skuan/markup/tree_writer.h>
 #include <skuan/markup/xml_entities.h>
 
@@ -73,19 +74,18 @@ private:
     void write(const AChar* run, unsigned n)
     {
         while (n > 0) {
-            make_room(longest_character);
-            const unsigned some = std::min(n, (capacity - used_) / longest_character);
-            for (const AChar* c = run; c != run + some; ++c) {
-                if (c->is_ascii()) {
-                    buffer_[used_++] = static_cast<char>(c->ord());
-                    continue;
-                }
+            make_room(n < capacity ? n : longest_character);
+            unsigned done = narrow(run, std::min(n, capacity - used_), 128, buffer_ + used_);
+            used_ += done;
+            if (done < n && !run[done].is_ascii()) {
+                make_room(longest_character);
                 unsigned length = 0;
-                if (c->to_utf8(buffer_ + used_, longest_character, &length))
+                if (run[done].to_utf8(buffer_ + used_, longest_character, &length))
                     used_ += length;
+                ++done;
             }
-            run += some;
-            n -= some;
+            run += done;
+            n -= done;
         }
     }
 
