@@ -116,6 +116,12 @@ unsigned AString::count_spaces_front() const
 
 AString AString::despace_end() const
 {
+    if (const AChar* const text = contiguous()) {
+        unsigned n = len_;
+        while (n != 0 && text[n - 1].is_space())
+            --n;
+        return left(n);
+    }
     // Forwards, since a segment doesn't know the one before it.
     unsigned kept = 0;
     unsigned position = 0;

@@ -5,52 +5,79 @@
 #include <limits>
 #include <memory>
 #include <type_traits>
-
-using skuan::StringRuns;
+#include <vector>
 
 namespace {
 
-/// All digits of `text`, which has no space around it. The prefix changes what counts as a digit but not
-/// the base: 0x20 is 20. Overflow is known by the sum falling below what it was, so a number far enough
-/// beyond 64 bits may come out wrapped. Both are meant so: the other side of the wire does the same.
-bool parse_magnitude(AString text, std::uint64_t* out)
+/// The characters of a text with no space around them, in one piece.
+class Digits
 {
-    static const AString hex_prefix = AString::l1("0x");
-    bool hex = false;
-    if (text.length() >= 2)
-        text = text.remove_prefix(hex_prefix, &hex);
-    if (text.empty())
-        return false;
-    constexpr unsigned none = ~0u;
-    std::uint64_t sum = 0;
-    for (StringRuns runs(text); runs.size(); runs.skip(1)) {
-        const unsigned digit = hex ? runs.data()->to_hexdigit(none) : runs.data()->to_digit(none);
-        if (digit == none)
-            return false;
-        const std::uint64_t before = sum;
-        sum = sum * 10 + digit;
-        if (sum < before)
-            return false;
+public:
+    explicit Digits(const AString& text)
+    {
+        at_ = text.contiguous();
+        if (!at_ && !text.empty()) {
+            text.for_each_run(
+                [this](const AChar* run, unsigned n) { joined_.insert(joined_.end(), run, run + n); });
+            at_ = joined_.data();
+        }
+        end_ = at_ + text.length();
+        while (at_ != end_ && at_->is_space())
+            ++at_;
+        while (at_ != end_ && end_[-1].is_space())
+            --end_;
     }
-    *out = sum;
-    return true;
-}
+
+    bool take(char c)
+    {
+        const bool there = at_ != end_ && *at_ == AChar::from_latin1(c);
+        at_ += there;
+        return there;
+    }
+
+    /// All that is left as a number. The prefix changes what counts as a digit but not the base: 0x20 is 20.
+    /// Overflow is known by the sum falling below what it was, so a number far enough beyond 64 bits may
+    /// come out wrapped. Both are meant so: the other side of the wire does the same.
+    bool magnitude(std::uint64_t* out)
+    {
+        const bool hex = end_ - at_ >= 2 && at_[0] == AChar('0') && at_[1] == AChar('x');
+        if (hex)
+            at_ += 2;
+        if (at_ == end_)
+            return false;
+        constexpr unsigned none = ~0u;
+        std::uint64_t sum = 0;
+        for (; at_ != end_; ++at_) {
+            const unsigned digit = hex ? at_->to_hexdigit(none) : at_->to_digit(none);
+            const std::uint64_t before = sum;
+            sum = sum * 10 + digit;
+            if (digit == none || sum < before)
+                return false;
+        }
+        *out = sum;
+        return true;
+    }
+
+private:
+    const AChar* at_ = nullptr;
+    const AChar* end_ = nullptr;
+    std::vector<AChar> joined_; // of a text that lies in several segments
+};
 
 bool parse(const AString& text, std::uint64_t* out)
 {
-    return parse_magnitude(text.despace(), out);
+    return Digits(text).magnitude(out);
 }
 
-bool parse(const AString& spaced, std::int64_t* out)
+bool parse(const AString& text, std::int64_t* out)
 {
-    AString text = spaced.despace();
-    const AChar sign = text.firstchar();
-    const bool minus = sign == AChar('-');
-    if (minus || sign == AChar('+'))
-        text = text.remove_front(1);
+    Digits digits(text);
+    const bool minus = digits.take('-');
+    if (!minus)
+        digits.take('+');
     std::uint64_t magnitude = 0;
     const std::uint64_t limit = std::uint64_t{std::numeric_limits<std::int64_t>::max()} + minus;
-    if (!parse_magnitude(text, &magnitude) || magnitude > limit)
+    if (!digits.magnitude(&magnitude) || magnitude > limit)
         return false;
     *out = static_cast<std::int64_t>(minus ? 0 - magnitude : magnitude);
     return true;
