@@ -1,0 +1,27 @@
+// The table of exit codes, which the help prints and the JSON output names.
+#include <skuanctl/failure.h>
+
+#include <algorithm>
+
+const std::vector<ExitRow>& exit_rows()
+{
+    static const std::vector<ExitRow> rows = {
+        {exit_ok, "ok", "done"},
+        {exit_server_error, "server_error", "the server answered with an error"},
+        {exit_usage, "usage", "bad usage, or commands that are not well-formed; nothing was sent"},
+        {exit_cannot_connect, "cannot_connect", "no connection to the server"},
+        {exit_timed_out, "timed_out", "connected, but what was waited for did not come in time"},
+        {exit_connection_lost, "connection_lost", "the connection ended before the work was done"},
+        {exit_cannot_write, "cannot_write", "the output could not be written"},
+        {exit_interrupted, "interrupted", "ended by Ctrl-C"},
+    };
+    return rows;
+}
+
+QString name_of(ExitCode code)
+{
+    const auto& rows = exit_rows();
+    const auto row =
+        std::find_if(rows.begin(), rows.end(), [code](const ExitRow& r) { return r.code == code; });
+    return row == rows.end() ? QString() : QString::fromLatin1(row->name);
+}

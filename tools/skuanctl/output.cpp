@@ -1,0 +1,117 @@
+// Writing through the C streams: they are what a shell hands over, and need no event loop.
+#include <skuanctl/output.h>
+#include <skuanctl/platform_terminal.h>
+
+#include <QJsonDocument>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+QByteArray json_line(const QJsonObject& object)
+{
+    return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
+}
+
+bool is_unsafe(uint character)
+{
+    switch (QChar::category(character)) {
+    case QChar::Other_Control:
+    case QChar::Other_Format: // among them those that turn the direction of writing
+    case QChar::Other_Surrogate:
+    case QChar::Separator_Line:
+    case QChar::Separator_Paragraph:
+        return true;
+    default:
+        return character == '\\';
+    }
+}
+
+QString escape(uint character)
+{
+    switch (character) {
+    case '\\':
+        return QStringLiteral("\\\\");
+    case '\n':
+        return QStringLiteral("\\n");
+    case '\r':
+        return QStringLiteral("\\r");
+    case '\t':
+        return QStringLiteral("\\t");
+    default:
+        return QStringLiteral("\\u{%1}").arg(character, 0, 16);
+    }
+}
+
+} // namespace
+
+QString made_visible(const QString& text)
+{
+    QString visible;
+    visible.reserve(text.size());
+    for (const uint character : text.toUcs4())
+        visible += is_unsafe(character) ? escape(character) : QString::fromUcs4(&character, 1);
+    return visible;
+}
+
+Output::Output(bool json) : json_(json), to_terminal_(is_terminal(stdout))
+{
+    flush_timer_.setSingleShot(true);
+    connect(&flush_timer_, &QTimer::timeout, this, &Output::flush);
+}
+
+void Output::line(const QString& text, const QJsonObject& object)
+{
+    if (json_)
+        write(json_line(object));
+    else
+        write((to_terminal_ ? made_visible(text) : text).toUtf8() + '\n');
+}
+
+void Output::remark(const QString& text)
+{
+    if (!json_ && to_terminal_)
+        write(made_visible(text).toUtf8() + '\n');
+}
+
+void Output::error(const Failure& failure)
+{
+    flush(); // results stand before the error where both go to one place
+    QJsonObject object{
+        {"error", name_of(failure.code)}, {"message", failure.message}, {"exit_code", failure.code}};
+    if (!failure.server_code.isEmpty())
+        object.insert("code", failure.server_code);
+    // A server's words may reach a terminal through this too.
+    const QByteArray bytes =
+        json_ ? json_line(object) : "skuanctl: " + made_visible(failure.message).toUtf8() + '\n';
+    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stderr);
+}
+
+void Output::write(const QByteArray& bytes)
+{
+    if (broken_)
+        return;
+    const auto size = static_cast<std::size_t>(bytes.size());
+    check(std::fwrite(bytes.constData(), 1, size, stdout) == size);
+    if (!flush_timer_.isActive())
+        flush_timer_.start(0);
+}
+
+bool Output::flush()
+{
+    if (!broken_)
+        check(std::fflush(stdout) == 0);
+    return !broken_;
+}
+
+void Output::check(bool written)
+{
+    const int reason = errno;
+    if (written)
+        return;
+    broken_ = true;
+    Q_EMIT broken(reason == EPIPE ? QString()
+                                  : QStringLiteral("cannot write the output: %1").arg(std::strerror(reason)));
+}

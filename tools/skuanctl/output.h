@@ -1,0 +1,47 @@
+// What the program writes: results to standard output, for people or as JSON, and errors to standard
+// error in the same form.
+#pragma once
+
+#include <skuanctl/failure.h>
+
+#include <QJsonObject>
+#include <QObject>
+#include <QTimer>
+
+/// Lives on the main thread. Lines are gathered while events are at hand and written when the program
+/// is about to wait, so that a reader sees a report at once and a long listing costs few writes.
+class Output : public QObject
+{
+    Q_OBJECT
+public:
+    explicit Output(bool json);
+
+    /// One line of the result: the text, or, with --json, the object.
+    void line(const QString& text, const QJsonObject& object);
+
+    /// A remark for who sits at a terminal; nobody else gets it.
+    void remark(const QString& text);
+
+    void error(const Failure& failure);
+
+    /// False if not all that was written so far has gone out.
+    bool flush();
+
+Q_SIGNALS:
+    /// Nothing more can be written: the reader has closed, or the disk is full. Comes once, and the
+    /// text is empty where the reader closed, as one does that has seen enough.
+    void broken(const QString& why);
+
+private:
+    void write(const QByteArray& bytes);
+    void check(bool written);
+
+    const bool json_;
+    const bool to_terminal_;
+    bool broken_ = false;
+    QTimer flush_timer_;
+};
+
+/// The text with everything in it that would move a cursor made visible: \n, \t, \u{1b}; a backslash is
+/// doubled, so that the form can be read back.
+QString made_visible(const QString& text);
