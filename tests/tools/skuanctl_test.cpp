@@ -1,0 +1,297 @@
+// The command line from end to end: what each verb prints, in both forms, and how every run ends.
+#include <simulator/server_thread.h>
+#include <support/loopback_address.h>
+#include <support/program.h>
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+#include <fcntl.h>
+#include <unistd.h>
+
+using support::Ran;
+using testing::HasSubstr;
+
+namespace {
+
+const QString program = QStringLiteral(SKUANCTL);
+const char* const ask_name = "<cmd><xid>1</xid><get_computer_name></get_computer_name></cmd>";
+
+QString own_address()
+{
+    return QString::fromStdString(support::own_loopback_address());
+}
+
+/// Every line of `text` as an object; a line that is none makes the test fail.
+std::vector<QJsonObject> objects(const QByteArray& text)
+{
+    std::vector<QJsonObject> all;
+    for (const QByteArray& line : text.split('\n')) {
+        if (line.isEmpty())
+            continue;
+        QJsonParseError error;
+        all.push_back(QJsonDocument::fromJson(line, &error).object());
+        EXPECT_EQ(error.error, QJsonParseError::NoError) << line.constData();
+    }
+    return all;
+}
+
+class Skuanctl : public testing::Test
+{
+protected:
+    Skuanctl()
+    {
+        support::need_application();
+        settings.address = QHostAddress(own_address());
+    }
+
+    void start()
+    {
+        server = std::make_unique<simulator::ServerThread>(settings);
+        ASSERT_TRUE(server->start()) << qPrintable(server->error_text());
+    }
+
+    QStringList arguments(const QStringList& rest) const
+    {
+        return QStringList{"--host", settings.address.toString()} + rest;
+    }
+
+    Ran ask(const QStringList& rest, const QByteArray& input = {}) const
+    {
+        return support::run(program, arguments(rest), input);
+    }
+
+    simulator::Settings settings;
+    std::unique_ptr<simulator::ServerThread> server;
+};
+
+TEST_F(Skuanctl, PrintsWhatTheServerAnswers)
+{
+    settings.computer_name = QStringLiteral("STUDIO <é>");
+    start();
+    const QByteArray read_back =
+        "<reply><xid>1</xid><computername><ComputerName>STUDIO &lt;é&gt;</ComputerName>"
+        "</computername></reply>\n";
+    const struct
+    {
+        QStringList arguments;
+        QByteArray input, output;
+    } rows[] = {
+        {{"name"}, "", "STUDIO <é>\n"},
+        {{"--json", "name"}, "", "{\"computer_name\":\"STUDIO <é>\"}\n"},
+        {{"version"}, "", "4.12.0 trunk\n"},
+        {{"version", "--json"}, "", "{\"path\":\"trunk\",\"version\":\"4.12.0\"}\n"},
+        {{"clips", "archive/1987"}, "", "archive/1987/opening_ceremony\narchive/1987/storm_footage_reel_3\n"},
+        {{"raw", ask_name}, "", read_back},
+        {{"raw"}, QByteArray("\r\n ") + ask_name + "\n" + ask_name, read_back + read_back},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(qPrintable(row.arguments.join(' ')));
+        const Ran ran = ask(row.arguments, row.input);
+        EXPECT_EQ(ran.code, 0);
+        EXPECT_EQ(ran.out, row.output);
+        EXPECT_EQ(ran.err, "");
+    }
+}
+
+TEST_F(Skuanctl, RefusesBadUsageBeforeItConnects)
+{
+    const struct
+    {
+        QStringList arguments;
+        QByteArray input, complaint;
+    } rows[] = {
+        {{}, "", "no verb is given"},
+        {{"play"}, "", "there is no verb 'play'"},
+        {{"name", "x"}, "", "what is 'x'?"},
+        {{"--frob", "name"}, "", "Unknown option 'frob'"},
+        {{"--timeout", "0", "name"}, "", "'0' is no value for --timeout"},
+        {{"--timeout", "nan", "name"}, "", "'nan' is no value for --timeout"},
+        {{"--count", "3", "clips"}, "", "--count belongs to raw"},
+        {{"raw"}, " \n", "there is no command in the input"},
+        {{"raw"}, QByteArray(ask_name) + "<cmd><xid>2</xid><a b='1'/></cmd>", "message 2 is not well-formed"},
+        {{"raw"}, "<cmd><xid>1</xid>", "message 1 is not well-formed"},
+        {{"raw"}, "<cmd><xid>\xff</xid><sync></sync></cmd>", "message 1 is not well-formed"},
+        {{"raw", "<reply><xid>1</xid></reply>"}, "", "message 1 is no <cmd>"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.complaint.constData());
+        const Ran people = ask(row.arguments, row.input);
+        EXPECT_EQ(people.code, 2);
+        EXPECT_EQ(people.out, "");
+        EXPECT_THAT(people.err.toStdString(), HasSubstr(row.complaint.toStdString()));
+
+        const auto told = objects(ask(QStringList{"--json"} + row.arguments, row.input).err);
+        ASSERT_EQ(told.size(), 1u);
+        EXPECT_EQ(told[0]["error"], "usage");
+        EXPECT_THAT(told[0]["message"].toString().toStdString(), HasSubstr(row.complaint.toStdString()));
+    }
+}
+
+TEST_F(Skuanctl, TellsWhyThereIsNoConnection)
+{
+    const QByteArray here = settings.address.toString().toUtf8();
+    Ran ran = ask({"--timeout", "7", "name"});
+    EXPECT_EQ(ran.code, 3);
+    EXPECT_EQ(ran.err, "skuanctl: cannot connect to " + here + " port 8913 within 7 s: Connection refused\n");
+
+    ran = support::run(program, {"--json", "--host", "no such host", "name"});
+    EXPECT_EQ(ran.code, 3);
+    ASSERT_EQ(objects(ran.err).size(), 1u);
+    EXPECT_EQ(objects(ran.err)[0]["error"], "cannot_connect");
+    EXPECT_THAT(ran.err.toStdString(), HasSubstr("cannot find host no such host"));
+}
+
+TEST_F(Skuanctl, TellsHowAConversationFailed)
+{
+    const auto with = [](void (*change)(simulator::Faults&)) {
+        simulator::Faults faults;
+        change(faults);
+        return faults;
+    };
+    const struct
+    {
+        simulator::Faults faults;
+        QStringList arguments;
+        int code;
+        QString error;
+        const char* message;
+    } rows[] = {
+        {{}, {"clips", "nowhere"}, 1, "server_error", "the server answered: no such directory"},
+        {{}, {"raw", "<cmd><xid>1</xid><zap></zap></cmd>", ask_name}, 1, "", ""},
+        {with([](auto& f) { f.mute = true; }), {"name"}, 4, "timed_out", "gave no answer within 0.3 s"},
+        {with([](auto& f) { f.mute = true; }), {"raw", ask_name}, 4, "timed_out", "no answer"},
+        {with([](auto& f) { f.refuse = true; }), {"name"}, 5, "connection_lost", "lost the connection"},
+        {with([](auto& f) { f.close_after_bytes = 20; }), {"clips"}, 5, "connection_lost", "host closed"},
+    };
+    start();
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.code);
+        server->server()->set_faults(row.faults);
+        const QStringList limit{"--json", "--timeout", row.code == 4 ? "0.3" : "20"};
+        const Ran ran = ask(limit + row.arguments);
+        EXPECT_EQ(ran.code, row.code);
+        const auto told = objects(ran.err);
+        if (row.error.isEmpty()) { // raw prints the server's error as what it is: a reply
+            EXPECT_EQ(ran.err, "");
+            EXPECT_EQ(objects(ran.out).size(), 2u);
+            continue;
+        }
+        ASSERT_EQ(told.size(), 1u);
+        EXPECT_EQ(told[0]["error"], row.error);
+        EXPECT_EQ(told[0]["exit_code"], row.code);
+        EXPECT_EQ(told[0].contains("code"), row.code == 1);
+        EXPECT_THAT(told[0]["message"].toString().toStdString(), HasSubstr(row.message));
+    }
+}
+
+TEST_F(Skuanctl, EndsAtBytesThatAreNoMessages)
+{
+    start();
+    QObject::connect(
+        server->server(), &simulator::Server::command, server->server(),
+        [this](quint64 client) { server->server()->send_raw(client, "<reply><xid>1</oops></reply>"); },
+        Qt::DirectConnection);
+    server->server()->set_faults([] {
+        simulator::Faults mute;
+        mute.mute = true;
+        return mute;
+    }());
+    const Ran ran = ask({"--timeout", "20", "name"});
+    EXPECT_EQ(ran.code, 5);
+    EXPECT_THAT(ran.err.toStdString(), HasSubstr("it sent bytes that are no messages"));
+}
+
+TEST_F(Skuanctl, StaysForReports)
+{
+    start();
+    simulator::Faults flood;
+    flood.flood = true;
+    flood.flood_report = "<report><clip_created><ClipID>a b</ClipID></clip_created></report>";
+    server->server()->set_faults(flood);
+
+    Ran ran = ask({"--json", "--count", "3", "raw"});
+    EXPECT_EQ(ran.code, 0);
+    ASSERT_EQ(objects(ran.out).size(), 3u);
+    EXPECT_EQ(objects(ran.out)[0]["kind"], "report");
+    EXPECT_EQ(objects(ran.out)[0]["name"], "clip_created");
+    EXPECT_FALSE(objects(ran.out)[0].contains("xid"));
+
+    server->server()->set_faults({});
+    EXPECT_EQ(ask({"--listen", "0.1", "raw", ask_name}).code, 0);
+    ran = ask({"--listen", "0.1", "--count", "3", "raw"});
+    EXPECT_EQ(ran.code, 4);
+    EXPECT_THAT(ran.err.toStdString(), HasSubstr("0 of 3 reports came within 0.1 s"));
+}
+
+TEST_F(Skuanctl, StreamsListsOfAnyLength)
+{
+    settings.clips = simulator::ClipStore::generated(20'000);
+    start();
+    const Ran all = ask({"--json", "clips"});
+    EXPECT_EQ(all.code, 0);
+    const auto lines = objects(all.out);
+    ASSERT_EQ(lines.size(), 20'000u);
+    EXPECT_EQ(lines.back()["clip"], "load/clip_019999");
+
+    // A reader that has seen enough ends the run, and nobody complains.
+    const QStringList shell{"-c", "\"$0\" --host \"$1\" clips | head -1", program,
+                            settings.address.toString()};
+    const Ran some = support::run("/bin/sh", shell);
+    EXPECT_EQ(some.out, "load/clip_000000\n");
+    EXPECT_EQ(some.err, "");
+}
+
+TEST_F(Skuanctl, SaysWhenTheDiskIsFull)
+{
+    start();
+    const Ran ran = support::run(
+        "/bin/sh", {"-c", "\"$0\" --host \"$1\" clips > /dev/full", program, settings.address.toString()});
+    EXPECT_EQ(ran.code, 6);
+    EXPECT_EQ(ran.err, "skuanctl: cannot write the output: No space left on device\n");
+}
+
+TEST_F(Skuanctl, ShowsControlCharactersOnATerminalOnly)
+{
+    settings.clips = simulator::ClipStore();
+    ASSERT_EQ(settings.clips.create_clip(QStringLiteral("a\\b\nc é")), simulator::ClipStore::Outcome::Done);
+    start();
+    EXPECT_EQ(ask({"clips"}).out, "a\\b\nc é\n");
+
+    const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
+    ASSERT_TRUE(terminal >= 0 && ::grantpt(terminal) == 0 && ::unlockpt(terminal) == 0);
+    QProcess process;
+    process.setStandardOutputFile(QString::fromLocal8Bit(::ptsname(terminal)));
+    process.start(program, arguments({"clips"}));
+    // Read first: what a terminal holds is gone when its last writer has closed it.
+    QByteArray shown;
+    char piece[256];
+    while (!shown.endsWith("1 clip\r\n")) {
+        const auto size = ::read(terminal, piece, sizeof piece);
+        if (size > 0)
+            shown.append(piece, static_cast<int>(size));
+        else if (process.state() == QProcess::NotRunning || process.waitForFinished(1))
+            break;
+    }
+    EXPECT_EQ(shown, "a\\\\b\\nc é\r\n1 clip\r\n");
+    EXPECT_TRUE(process.state() == QProcess::NotRunning || process.waitForFinished());
+    ::close(terminal);
+}
+
+TEST_F(Skuanctl, EndsAtCtrlC)
+{
+    start();
+    QProcess process;
+    process.start(program, arguments({"--listen", "600", "raw", ask_name}));
+    ASSERT_TRUE(process.waitForReadyRead()); // it listens now
+    ::kill(static_cast<pid_t>(process.processId()), SIGINT);
+    ASSERT_TRUE(process.waitForFinished());
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.exitCode(), 130);
+    EXPECT_EQ(process.readAllStandardError(), "");
+}
+
+} // namespace
