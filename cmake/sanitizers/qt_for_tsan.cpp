@@ -6,12 +6,11 @@
 // itself, queued signals above all, never pass the linker: Qt's hooks for signals and events cover
 // them with one order for all, which hides races between threads that also exchange events.
 #include <QDeadlineTimer>
+#include <QObject>
 #include <QtGlobal>
 #include <qnamespace.h>
 
 #include <sanitizer/tsan_interface.h>
-
-class QObject;
 
 /// What all events and signals release and acquire; one for all modules of a program.
 extern "C" __attribute__((visibility("default"), weak)) char skuan_tsan_events;
@@ -26,6 +25,10 @@ void* event_order()
 
 } // namespace
 
+#define JOINED(a, b) a##b
+#define REAL(symbol) JOINED(__real_, symbol)
+#define WRAPPED(symbol) JOINED(__wrap_, symbol)
+
 // Around the real call: nothing, or an acquire or release of what the first argument points at.
 #define BEFORE_ACQUIRES(self)
 #define BEFORE_RELEASES(self) __tsan_release(self);
@@ -35,43 +38,33 @@ void* event_order()
 #define AFTER_SWAPS(self) __tsan_acquire(self);
 
 #define WRAP(effect, result, symbol, parameters, arguments)                                                  \
-    extern "C" result __real_##symbol parameters;                                                            \
-    extern "C" result __wrap_##symbol parameters                                                             \
+    extern "C" result REAL(symbol) parameters;                                                               \
+    extern "C" result WRAPPED(symbol) parameters                                                             \
     {                                                                                                        \
-        BEFORE_##effect(self) result given = __real_##symbol arguments;                                      \
+        BEFORE_##effect(self) result given = REAL(symbol) arguments;                                         \
         AFTER_##effect(self) return given;                                                                   \
     }
 #define WRAP_VOID(effect, symbol, parameters, arguments)                                                     \
-    extern "C" void __real_##symbol parameters;                                                              \
-    extern "C" void __wrap_##symbol parameters                                                               \
+    extern "C" void REAL(symbol) parameters;                                                                 \
+    extern "C" void WRAPPED(symbol) parameters                                                               \
     {                                                                                                        \
-        BEFORE_##effect(self) __real_##symbol arguments;                                                     \
+        BEFORE_##effect(self) REAL(symbol) arguments;                                                        \
         AFTER_##effect(self)                                                                                 \
     }
 /// A post orders everything posted before it with everything delivered after it.
 #define WRAP_POST(result, symbol, parameters, arguments)                                                     \
-    extern "C" result __real_##symbol parameters;                                                            \
-    extern "C" result __wrap_##symbol parameters                                                             \
+    extern "C" result REAL(symbol) parameters;                                                               \
+    extern "C" result WRAPPED(symbol) parameters                                                             \
     {                                                                                                        \
         __tsan_release(event_order());                                                                       \
-        return __real_##symbol arguments;                                                                    \
-    }
-/// A post that may wait for the answer.
-#define WRAP_CALL(result, symbol, parameters, arguments)                                                     \
-    extern "C" result __real_##symbol parameters;                                                            \
-    extern "C" result __wrap_##symbol parameters                                                             \
-    {                                                                                                        \
-        __tsan_release(event_order());                                                                       \
-        const result given = __real_##symbol arguments;                                                      \
-        __tsan_acquire(event_order());                                                                       \
-        return given;                                                                                        \
+        return REAL(symbol) arguments;                                                                       \
     }
 /// A wait for a thread: its last act is the signal finished().
 #define WRAP_JOIN(symbol, parameters, arguments)                                                             \
-    extern "C" bool __real_##symbol parameters;                                                              \
-    extern "C" bool __wrap_##symbol parameters                                                               \
+    extern "C" bool REAL(symbol) parameters;                                                                 \
+    extern "C" bool WRAPPED(symbol) parameters                                                               \
     {                                                                                                        \
-        const bool ended = __real_##symbol arguments;                                                        \
+        const bool ended = REAL(symbol) arguments;                                                           \
         __tsan_acquire(event_order());                                                                       \
         return ended;                                                                                        \
     }
@@ -104,9 +97,42 @@ WRAP_POST(void, _ZN7QThread4exitEi, (void* self, int code), (self, code))
 WRAP_POST(void, _ZN7QObject11deleteLaterEv, (void* self), (self))
 WRAP_POST(void, _ZN16QCoreApplication9postEventEP7QObjectP6QEventi, (void* to, void* event, int priority),
           (to, event, priority))
-WRAP_CALL(bool,
-          _ZN11QMetaObject16invokeMethodImplEP7QObjectPN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPv,
-          (void* to, void* slot, int type, void* result), (to, slot, type, result))
+namespace {
+
+/// Calls another slot, in order with its caller, who may be waiting for it.
+struct OrderedSlot : QtPrivate::QSlotObjectBase
+{
+    QtPrivate::QSlotObjectBase* const inner;
+
+    explicit OrderedSlot(QtPrivate::QSlotObjectBase* slot) : QSlotObjectBase(&act), inner(slot) {}
+
+    static void act(int what, QSlotObjectBase* base, QObject* receiver, void** arguments, bool*)
+    {
+        auto* const self = static_cast<OrderedSlot*>(base);
+        __tsan_acquire(event_order());
+        if (what == Call)
+            self->inner->call(receiver, arguments);
+        if (what == Destroy) {
+            self->inner->destroyIfLastRef();
+            delete self;
+        }
+        __tsan_release(event_order());
+    }
+};
+
+} // namespace
+
+#define INVOKE                                                                                               \
+    _ZN11QMetaObject16invokeMethodImplEP7QObjectPN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPv
+
+extern "C" bool REAL(INVOKE)(QObject* to, QtPrivate::QSlotObjectBase* slot, int type, void* result);
+extern "C" bool WRAPPED(INVOKE)(QObject* to, QtPrivate::QSlotObjectBase* slot, int type, void* result)
+{
+    __tsan_release(event_order());
+    const bool done = REAL(INVOKE)(to, new OrderedSlot(slot), type, result);
+    __tsan_acquire(event_order());
+    return done;
+}
 
 /// As Qt declares it in a private header.
 struct QSignalSpyCallbackSet
@@ -158,10 +184,11 @@ const bool hooked = [] {
 
 #define SANITIZER_HOOK extern "C" __attribute__((used, visibility("default"), weak)) const char*
 
-// Qt's and the C libraries' own accesses are beyond judging.
+// Qt's and the C libraries' own accesses are beyond judging. The long history is for the suppression
+// below, which has to find the stack of an older access.
 SANITIZER_HOOK __tsan_default_options()
 {
-    return "ignore_noninstrumented_modules=1:second_deadlock_stack=1";
+    return "ignore_noninstrumented_modules=1:history_size=7:second_deadlock_stack=1";
 }
 
 // A queued signal copies its arguments after the hook above and before Qt's own lock, which nothing here

@@ -31,8 +31,10 @@ AObjectRelay::Method AObjectRelay::slot_method(unsigned n)
 void AObjectRelay::slot(unsigned n)
 {
     static constexpr Method signal_of_number[count] = {SKUAN_RELAY_ALL(RELAY_MEMBER_OF_SIGNAL)};
-    if (n < count)
-        (this->*signal_of_number[n])();
+    if (n >= count)
+        return;
+    const Method signal = signal_of_number[n];
+    (this->*signal)();
 }
 
 SKUAN_RELAY_ALL(RELAY_DEFINE_SLOT)
