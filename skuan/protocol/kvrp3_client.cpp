@@ -57,6 +57,7 @@ struct Client::Private
     int own_priority = 0;
     std::atomic<bool> own_thread_running{false};
     std::atomic<std::thread::id> own_thread_id{};
+    bool on_own_thread() const { return own_thread_id.load() == std::this_thread::get_id(); }
 };
 
 Client::Client()
@@ -106,7 +107,8 @@ bool Client::is_down() const
 
 void Client::run_forever()
 {
-    if (d->stop_requested || d->looping.exchange(true))
+    const bool left_to_own_thread = d->own_thread_running && !d->on_own_thread();
+    if (d->stop_requested || left_to_own_thread || d->looping.exchange(true))
         return;
     while (!d->stopped.semTake(attempt_pause_ms) && !d->stop_requested) {
         perform_connect();
@@ -144,7 +146,7 @@ void Client::stop()
     d->stop_requested = true;
     d->stopped.semGive();
     d->socket.cancel();
-    if (d->own_thread_id.load() != std::this_thread::get_id())
+    if (!d->on_own_thread())
         d->own_thread.join();
 }
 

@@ -1,0 +1,260 @@
+// The blocking client against servers that behave, and against those that do not.
+#include <skuan/protocol/kvrp3_client.h>
+
+#include <support/core_application.h>
+#include <support/memory_client.h>
+#include <support/silent_server.h>
+#include <support/station.h>
+
+#include <atomic>
+#include <mutex>
+#include <thread>
+
+namespace {
+
+using simulator::Faults;
+using support::SilentServer;
+using support::Station;
+
+const std::string failed = "general: Failing all outstanding commands";
+const char* const report = "<report><clip_created><ClipID>x</ClipID></clip_created></report>";
+
+/// Counts what comes, and asks for the server's name on every new connection.
+class TestClient : public KVRP3::Client
+{
+public:
+    explicit TestClient(unsigned address) : Client(address) {}
+    ~TestClient() override { stop(); }
+
+    std::atomic<unsigned> connections{0}, losses{0}, reports{0}, answers{0}, errors{0};
+    std::atomic<unsigned> bytes_sent{0};
+    bool asks = true;   ///< on each connection
+    bool floods = false; ///< instead of asking, sends until it cannot
+    bool stops = false; ///< at the first report
+
+    std::string last_answer()
+    {
+        const std::lock_guard lock(mutex_);
+        return last_;
+    }
+    void ask()
+    {
+        cmd_get_computer_name(AFunction1<AString>::member<&TestClient::answered>(this),
+                              AFunction2<AString, KVRP3::ErrorCode>::member<&TestClient::refused>(this));
+    }
+
+protected:
+    void connected() override
+    {
+        ++connections;
+        while (floods && isConnected() && !full_) {
+            cmd_delete_clip(AString::l1(std::string(60000, 'x').c_str()), AFunction(),
+                            AFunction2<AString, KVRP3::ErrorCode>::member<&TestClient::refused>(this));
+            bytes_sent += 60000;
+        }
+        if (asks)
+            ask();
+    }
+    void disconnected() override { ++losses; }
+    void report_clip_created(AString) override
+    {
+        ++reports;
+        if (stops)
+            stop();
+    }
+
+private:
+    void answered(AString name)
+    {
+        const std::lock_guard lock(mutex_);
+        last_ = name.to_string();
+        ++answers;
+    }
+    void refused(AString, KVRP3::ErrorCode)
+    {
+        full_ = floods; // the commands that cannot be sent any more end here
+        ++errors;
+    }
+
+    std::mutex mutex_;
+    std::string last_;
+    std::atomic<bool> full_{false};
+};
+
+class Client : public support::CoreApplication
+{
+};
+
+TEST_F(Client, fails_a_command_at_once_without_a_connection)
+{
+    KVRP3::Client client;
+    support::Recorder recorder;
+    client.cmd_get_computer_name(recorder.text(), recorder.error());
+    EXPECT_EQ(recorder.calls, std::vector<std::string>{failed});
+    EXPECT_EQ(client.outstanding_commands(), 0u);
+    EXPECT_FALSE(client.isConnected());
+}
+
+TEST_F(Client, comes_back_after_a_loss_and_goes_where_it_is_told)
+{
+    Station first("first"), second("second");
+    TestClient client(first.ipv4());
+    client.run_forever_in_own_thread(0);
+    client.run_forever_in_own_thread(0); // there is one loop
+    client.run_forever();
+    wait_until([&] { return client.answers == 1; });
+    EXPECT_EQ(client.last_answer(), "first");
+
+    first->set_faults([] { Faults faults; faults.mute = true; return faults; }());
+    client.ask();
+    client.ask();
+    EXPECT_EQ(client.outstanding_commands(), 2u);
+    client.set_ipaddr(second.ipv4());
+    first->drop_clients();
+    wait_until([&] { return client.answers == 2; });
+    EXPECT_EQ(client.last_answer(), "second");
+    EXPECT_EQ(client.errors, 2u);
+    EXPECT_EQ(client.losses, 1u);
+    EXPECT_EQ(client.connections, 2u);
+    EXPECT_EQ(client.outstanding_commands(), 0u);
+
+    client.stop();
+    EXPECT_FALSE(client.isConnected());
+    EXPECT_EQ(client.losses, 1u);
+    client.ask();
+    EXPECT_EQ(client.errors, 3u);
+}
+
+TEST_F(Client, loses_the_connection_to_a_server_that_misbehaves_and_tries_again)
+{
+    const QByteArray junk(10 * 1024 * 1024, '<');
+    const struct
+    {
+        const char* name;
+        Faults faults;
+        QByteArray raw;
+    } rows[] = {
+        {"accepts and closes", [] { Faults faults; faults.refuse = true; return faults; }(), {}},
+        {"half-closes",
+         [] { Faults faults; faults.close_after_answers = 1; faults.half_close = true; return faults; }(), {}},
+        {"closes within a message", [] { Faults faults; faults.close_after_bytes = 30; return faults; }(), {}},
+        {"sends junk", [] { Faults faults; faults.mute = true; return faults; }(), junk},
+        {"sends bad XML", [] { Faults faults; faults.mute = true; return faults; }(), "<report><a></b></report>"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        Station station(row.faults);
+        TestClient client(station.ipv4());
+        client.run_forever_in_own_thread(0);
+        for (unsigned round = 1; round <= 2; ++round) {
+            wait_until([&] { return client.connections >= round; });
+            if (!row.raw.isEmpty()) {
+                wait_until([&] { return station->counters().messages >= round; });
+                station->send_raw(row.raw);
+            }
+            wait_until([&] { return client.losses >= round; });
+        }
+        station->set_faults({});
+        const unsigned lost = client.answers + client.errors;
+        wait_until([&] { return client.answers + client.errors > lost && client.last_answer() == "STUDIO-1"; });
+        client.stop();
+        EXPECT_EQ(client.answers + client.errors, client.connections);
+    }
+}
+
+TEST_F(Client, runs_the_periodic_action_unless_four_commands_wait)
+{
+    Station station([] { Faults faults; faults.mute = true; return faults; }());
+    TestClient client(station.ipv4());
+    client.asks = false;
+    static std::atomic<unsigned> runs;
+    runs = 0;
+    client.add_periodic(0, +[] { ++runs; });
+    client.run_forever_in_own_thread(0);
+    wait_until([&] { return runs != 0; });
+
+    // Each report is one pass of the loop at least.
+    const auto passes = [&](unsigned n) {
+        for (const unsigned end = client.reports + n; client.reports < end;) {
+            const unsigned before = client.reports;
+            station->send_raw(report);
+            wait_until([&] { return client.reports > before; });
+        }
+    };
+    support::Recorder recorder;
+    AString xid;
+    for (int i = 0; i < 4; ++i)
+        xid = client.cmd_get_computer_name(recorder.text(), recorder.error());
+    passes(1); // whatever was under way is over
+    const unsigned before = runs;
+    passes(5);
+    EXPECT_EQ(runs, before);
+    EXPECT_TRUE(client.forget_transaction(xid));
+    passes(2);
+    EXPECT_GT(runs, before);
+
+    client.add_periodic(3600, +[] { ++runs; });
+    passes(2);
+    const unsigned after = runs;
+    passes(5);
+    EXPECT_EQ(runs, after);
+}
+
+TEST_F(Client, can_be_stopped_and_destroyed_in_every_state)
+{
+    {
+        TestClient never_started(0x7f000001);
+    }
+    {
+        Station station([] { Faults faults; faults.mute = true; return faults; }());
+        TestClient reading(station.ipv4());
+        reading.run_forever_in_own_thread(0);
+        wait_until([&] { return station->counters().messages == 1; });
+        reading.stop();
+        EXPECT_EQ(reading.errors, 0u); // what is outstanding is dropped
+        wait_until([&] { return station->counters().connected == 0; });
+    }
+    {
+        SilentServer full(SilentServer::Full);
+        const unsigned others = full.kept_waiting();
+        TestClient connecting(full.ipv4());
+        connecting.run_forever_in_own_thread(0);
+        wait_until([&] { return full.kept_waiting() > others; });
+        EXPECT_EQ(connecting.connections, 0u);
+    }
+    {
+        SilentServer open(SilentServer::Open);
+        TestClient sending(open.ipv4());
+        sending.floods = true;
+        sending.run_forever_in_own_thread(0);
+        unsigned sent = 0;
+        int steady = 0;
+        wait_until([&] { // until it is stuck
+            steady = sending.bytes_sent == sent && sent != 0 ? steady + 1 : 0;
+            sent = sending.bytes_sent;
+            return steady == 50;
+        });
+    }
+    {
+        Station station;
+        TestClient stopping(station.ipv4());
+        stopping.stops = true;
+        stopping.run_forever_in_own_thread(0);
+        wait_until([&] { return stopping.answers == 1; });
+        station->send_raw(report);
+        wait_until([&] { return !stopping.isConnected(); });
+        EXPECT_EQ(stopping.reports, 1u);
+    }
+    {
+        Station station;
+        TestClient lent(station.ipv4());
+        std::thread lender([&] { lent.run_forever(); });
+        wait_until([&] { return lent.answers == 1; });
+        lent.stop();
+        lender.join();
+        EXPECT_FALSE(lent.isConnected());
+        lent.run_forever(); // it has ended for good
+    }
+}
+
+} // namespace

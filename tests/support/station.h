@@ -1,0 +1,51 @@
+// A simulated server on a thread and at an address of its own.
+#pragma once
+
+#include <simulator/server_thread.h>
+#include <support/loopback_address.h>
+
+#include <gtest/gtest.h>
+
+#include <QHostAddress>
+
+namespace support {
+
+class Station
+{
+public:
+    explicit Station(simulator::Settings settings = {}) : thread_(placed(settings, address_))
+    {
+        EXPECT_TRUE(thread_.start()) << thread_.error_text().toStdString();
+    }
+    explicit Station(const simulator::Faults& faults) : Station(with(faults)) {}
+    /// A server that gives itself this name.
+    explicit Station(const char* name) : Station(named(name)) {}
+
+    const QHostAddress& address() const { return address_; }
+    unsigned ipv4() const { return address_.toIPv4Address(); }
+    simulator::Server* operator->() const { return thread_.server(); }
+
+private:
+    static simulator::Settings placed(simulator::Settings settings, const QHostAddress& address)
+    {
+        settings.address = address;
+        return settings;
+    }
+    static simulator::Settings with(const simulator::Faults& faults)
+    {
+        simulator::Settings settings;
+        settings.faults = faults;
+        return settings;
+    }
+    static simulator::Settings named(const char* name)
+    {
+        simulator::Settings settings;
+        settings.computer_name = QString::fromUtf8(name);
+        return settings;
+    }
+
+    const QHostAddress address_{QString::fromStdString(own_loopback_address())};
+    simulator::ServerThread thread_;
+};
+
+} // namespace support
