@@ -106,7 +106,8 @@ void APIQt::drop_connection()
     begin_stream();
     if (request != requests_)
         return;
-    socket_->readAll(); // the rest of the stream that has just ended
+    if (socket_->isOpen())
+        socket_->readAll(); // the rest of the stream that has just ended
     socket_->disconnectFromHost();
 }
 

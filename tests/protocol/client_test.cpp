@@ -28,9 +28,9 @@ public:
 
     std::atomic<unsigned> connections{0}, losses{0}, reports{0}, answers{0}, errors{0};
     std::atomic<unsigned> bytes_sent{0};
-    bool asks = true;   ///< on each connection
+    bool asks = true;    ///< on each connection
     bool floods = false; ///< instead of asking, sends until it cannot
-    bool stops = false; ///< at the first report
+    bool stops = false;  ///< at the first report
 
     std::string last_answer()
     {
@@ -105,7 +105,11 @@ TEST_F(Client, comes_back_after_a_loss_and_goes_where_it_is_told)
     wait_until([&] { return client.answers == 1; });
     EXPECT_EQ(client.last_answer(), "first");
 
-    first->set_faults([] { Faults faults; faults.mute = true; return faults; }());
+    first->set_faults([] {
+        Faults faults;
+        faults.mute = true;
+        return faults;
+    }());
     client.ask();
     client.ask();
     EXPECT_EQ(client.outstanding_commands(), 2u);
@@ -134,12 +138,42 @@ TEST_F(Client, loses_the_connection_to_a_server_that_misbehaves_and_tries_again)
         Faults faults;
         QByteArray raw;
     } rows[] = {
-        {"accepts and closes", [] { Faults faults; faults.refuse = true; return faults; }(), {}},
+        {"accepts and closes",
+         [] {
+             Faults faults;
+             faults.refuse = true;
+             return faults;
+         }(),
+         {}},
         {"half-closes",
-         [] { Faults faults; faults.close_after_answers = 1; faults.half_close = true; return faults; }(), {}},
-        {"closes within a message", [] { Faults faults; faults.close_after_bytes = 30; return faults; }(), {}},
-        {"sends junk", [] { Faults faults; faults.mute = true; return faults; }(), junk},
-        {"sends bad XML", [] { Faults faults; faults.mute = true; return faults; }(), "<report><a></b></report>"},
+         [] {
+             Faults faults;
+             faults.close_after_answers = 1;
+             faults.half_close = true;
+             return faults;
+         }(),
+         {}},
+        {"closes within a message",
+         [] {
+             Faults faults;
+             faults.close_after_bytes = 30;
+             return faults;
+         }(),
+         {}},
+        {"sends junk",
+         [] {
+             Faults faults;
+             faults.mute = true;
+             return faults;
+         }(),
+         junk},
+        {"sends bad XML",
+         [] {
+             Faults faults;
+             faults.mute = true;
+             return faults;
+         }(),
+         "<report><a></b></report>"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -156,7 +190,8 @@ TEST_F(Client, loses_the_connection_to_a_server_that_misbehaves_and_tries_again)
         }
         station->set_faults({});
         const unsigned lost = client.answers + client.errors;
-        wait_until([&] { return client.answers + client.errors > lost && client.last_answer() == "STUDIO-1"; });
+        wait_until(
+            [&] { return client.answers + client.errors > lost && client.last_answer() == "STUDIO-1"; });
         client.stop();
         EXPECT_EQ(client.answers + client.errors, client.connections);
     }
@@ -164,12 +199,17 @@ TEST_F(Client, loses_the_connection_to_a_server_that_misbehaves_and_tries_again)
 
 TEST_F(Client, runs_the_periodic_action_unless_four_commands_wait)
 {
-    Station station([] { Faults faults; faults.mute = true; return faults; }());
+    Station station([] {
+        Faults faults;
+        faults.mute = true;
+        return faults;
+    }());
     TestClient client(station.ipv4());
     client.asks = false;
     static std::atomic<unsigned> runs;
     runs = 0;
-    client.add_periodic(0, +[] { ++runs; });
+    client.add_periodic(
+        0, +[] { ++runs; });
     client.run_forever_in_own_thread(0);
     wait_until([&] { return runs != 0; });
 
@@ -193,7 +233,8 @@ TEST_F(Client, runs_the_periodic_action_unless_four_commands_wait)
     passes(2);
     EXPECT_GT(runs, before);
 
-    client.add_periodic(3600, +[] { ++runs; });
+    client.add_periodic(
+        3600, +[] { ++runs; });
     passes(2);
     const unsigned after = runs;
     passes(5);
@@ -206,7 +247,11 @@ TEST_F(Client, can_be_stopped_and_destroyed_in_every_state)
         TestClient never_started(0x7f000001);
     }
     {
-        Station station([] { Faults faults; faults.mute = true; return faults; }());
+        Station station([] {
+            Faults faults;
+            faults.mute = true;
+            return faults;
+        }());
         TestClient reading(station.ipv4());
         reading.run_forever_in_own_thread(0);
         wait_until([&] { return station->counters().messages == 1; });

@@ -1,0 +1,377 @@
+// The event-driven client against servers that behave, against those that do not, and against slots that
+// turn round in the midst of things.
+#include <skuan/protocol/kvrp3_api_qt.h>
+
+#include <support/core_application.h>
+#include <support/memory_client.h>
+#include <support/scale.h>
+#include <support/silent_server.h>
+#include <support/station.h>
+
+#include <QPointer>
+#include <QThread>
+
+#include <functional>
+#include <sys/resource.h>
+
+namespace {
+
+using simulator::Faults;
+using support::Recorder;
+using support::SilentServer;
+using support::Station;
+
+const std::string failed = "general: Failing all outstanding commands";
+
+Faults mute()
+{
+    Faults faults;
+    faults.mute = true;
+    return faults;
+}
+
+QByteArray report(const char* clip)
+{
+    return QByteArray("<report><clip_created><ClipID>") + clip + "</ClipID></clip_created></report>";
+}
+
+/// Writes down the signals as they come: '+' connected, '-' disconnected, and the clips of reports.
+class TestClient : public KVRP3::APIQt
+{
+public:
+    std::string events;
+    std::string taken; ///< the clip whose messages go no further
+
+    TestClient()
+    {
+        connect(this, &APIQt::connected, this, [this] { events += '+'; });
+        connect(this, &APIQt::disconnected, this, [this] { events += '-'; });
+        connect(this, &APIQt::report_clip_created, this,
+                [this](AString clip) { events += clip.to_string(); });
+    }
+    /// Asks the server for its name.
+    void ask() { cmd_get_computer_name(recorder.text(), recorder.error()); }
+
+    Recorder recorder;
+
+protected:
+    bool parse_intercept(const XMLTree& message) override
+    {
+        const AString clip = message.get_subnodes().front().get_subnode(AString::l1("ClipID")).get_content();
+        return !taken.empty() && clip.to_string() == taken;
+    }
+};
+
+class APIQt : public support::CoreApplication
+{
+protected:
+    TestClient client;
+
+    void connect_to(const Station& station)
+    {
+        client.connect_to_server(station.address());
+        wait_until([&] { return client.is_connected(); });
+    }
+    void expect_answer(const char* name)
+    {
+        client.recorder.calls.clear();
+        client.ask();
+        wait_until([&] { return !client.recorder.calls.empty(); });
+        EXPECT_EQ(client.recorder.calls, std::vector<std::string>{name});
+        EXPECT_EQ(client.outstanding_commands(), 0u);
+    }
+};
+
+TEST_F(APIQt, fails_a_command_at_once_without_a_connection)
+{
+    client.reconnect(); // to nowhere
+    client.disconnect_from_server();
+    client.ask();
+    EXPECT_EQ(client.recorder.calls, std::vector<std::string>{failed});
+    EXPECT_EQ(client.outstanding_commands(), 0u);
+    EXPECT_FALSE(client.is_connected());
+    EXPECT_FALSE(client.is_localhost());
+    EXPECT_EQ(client.events, "");
+}
+
+TEST_F(APIQt, comes_and_goes_and_comes_back)
+{
+    Station station;
+    client.connect_to_server(station.address().toString()); // by name
+    wait_until([&] { return client.is_connected(); });
+    expect_answer("STUDIO-1");
+
+    station->set_faults(mute());
+    client.recorder.calls.clear();
+    client.ask();
+    client.ask();
+    client.disconnect_from_server();
+    EXPECT_EQ(client.recorder.calls, (std::vector<std::string>{failed, failed}));
+    wait_until([&] { return client.events == "+-"; });
+
+    station->set_faults({});
+    client.reconnect();
+    wait_until([&] { return client.is_connected(); });
+    expect_answer("STUDIO-1");
+    station->set_faults(mute());
+    client.ask();
+    station->drop_clients();
+    wait_until([&] { return client.events == "+-+-"; });
+    EXPECT_EQ(client.recorder.calls.back(), failed);
+}
+
+TEST_F(APIQt, ends_up_with_the_server_that_was_asked_for_last)
+{
+    Station first("first"), second("second");
+    connect_to(first);
+    client.ask();
+    client.connect_to_server(second.address());
+    EXPECT_EQ(client.recorder.calls, std::vector<std::string>{failed});
+    EXPECT_EQ(client.events, "+-");
+    wait_until([&] { return client.is_connected(); });
+    EXPECT_EQ(client.events, "+-+");
+    expect_answer("second");
+    wait_until([&] { return first->counters().connected == 0; });
+
+    for (int i = 0; i < 10; ++i) // while it is still connecting
+        client.connect_to_server(i % 2 ? first.address() : second.address());
+    wait_until([&] { return client.is_connected(); });
+    expect_answer("first");
+    EXPECT_EQ(client.events, "+-+-+");
+}
+
+// Each row does one thing to a connected client, and connects to the other server from within what
+// comes of it. The stream of the first server must have ended there.
+TEST_F(APIQt, may_be_turned_round_from_any_slot_or_callback)
+{
+    Station first("first"), second("second");
+    const std::function<void()> drop = [&] { first->drop_clients(); };
+    const std::function<void()> leave = [&] { client.disconnect_from_server(); };
+    const std::function<void()> reconnect = [&] { client.connect_to_server(first.address()); };
+    const std::function<void()> reports = [&] { first->send_raw(report("a") + report("b") + report("c")); };
+    const std::function<void()> bad_xml = [&] { first->send_raw("<report><a></b></report>"); };
+    enum Where { in_error, in_disconnected, in_state, in_report };
+    const struct
+    {
+        const char* name;
+        const std::function<void()>& act;
+        Where where;
+    } rows[] = {
+        {"dropped, from a callback", drop, in_error},
+        {"dropped, from disconnected()", drop, in_disconnected},
+        {"dropped, from stateChanged()", drop, in_state},
+        {"left, from a callback", leave, in_error},
+        {"left, from disconnected()", leave, in_disconnected},
+        {"left, from stateChanged()", leave, in_state},
+        {"connecting again, from a callback", reconnect, in_error},
+        {"connecting again, from disconnected()", reconnect, in_disconnected},
+        {"connecting again, from stateChanged()", reconnect, in_state},
+        {"reports, from the first of them", reports, in_report},
+        {"bad XML, from a callback", bad_xml, in_error},
+        {"bad XML, from stateChanged()", bad_xml, in_state},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        first->set_faults({});
+        connect_to(first);
+        client.events.clear();
+        first->set_faults(mute());
+
+        struct Turn
+        {
+            TestClient* client;
+            QHostAddress target;
+            bool done = false;
+            void turn()
+            {
+                if (!std::exchange(done, true))
+                    client->connect_to_server(target);
+            }
+            void on_error(AString, KVRP3::ErrorCode) { turn(); }
+        } turn{&client, second.address()};
+        QObject scope;
+        if (row.where == in_error)
+            client.cmd_get_computer_name(
+                AFunction1<AString>(), AFunction2<AString, KVRP3::ErrorCode>::member<&Turn::on_error>(&turn));
+        if (row.where == in_disconnected)
+            QObject::connect(&client, &KVRP3::APIQt::disconnected, &scope, [&] { turn.turn(); });
+        if (row.where == in_state)
+            QObject::connect(&client, &KVRP3::APIQt::stateChanged, &scope, [&] { turn.turn(); });
+        if (row.where == in_report)
+            QObject::connect(&client, &KVRP3::APIQt::report_clip_created, &scope, [&] { turn.turn(); });
+        row.act();
+        wait_until([&] { return turn.done && client.is_connected(); });
+        expect_answer("second");
+        EXPECT_EQ(client.events, row.where == in_report ? "a-+" : "-+");
+        wait_until([&] { return first->counters().connected == 0; });
+    }
+}
+
+TEST_F(APIQt, of_a_connect_and_a_disconnect_the_later_holds)
+{
+    Station station(mute());
+    connect_to(station);
+    struct Leave
+    {
+        TestClient* client;
+        void on_error(AString, KVRP3::ErrorCode) { client->disconnect_from_server(); }
+    } leave{&client};
+    client.cmd_get_computer_name(AFunction1<AString>(),
+                                 AFunction2<AString, KVRP3::ErrorCode>::member<&Leave::on_error>(&leave));
+    client.connect_to_server(station.address());
+    wait_until([&] { return client.events == "+-"; });
+    wait_until([&] { return station->counters().connected == 0; });
+    EXPECT_EQ(station->counters().accepted, 1u);
+}
+
+TEST_F(APIQt, ends_the_connection_to_a_server_that_misbehaves)
+{
+    const struct
+    {
+        const char* name;
+        Faults faults;
+        QByteArray raw;
+    } rows[] = {
+        {"accepts and closes",
+         [] {
+             Faults faults;
+             faults.refuse = true;
+             return faults;
+         }(),
+         {}},
+        {"half-closes",
+         [] {
+             Faults faults;
+             faults.close_after_bytes = 30;
+             faults.half_close = true;
+             return faults;
+         }(),
+         {}},
+        {"closes within a message",
+         [] {
+             Faults faults;
+             faults.close_after_bytes = 30;
+             return faults;
+         }(),
+         {}},
+        {"sends junk", mute(), QByteArray(10 * 1024 * 1024, '<')},
+        {"sends bad XML", mute(), report("x") + "<report><a></b></report>" + report("y")},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        Station station(row.faults);
+        client.connect_to_server(station.address());
+        client.events.clear();
+        client.recorder.calls.clear();
+        wait_until([&] { return !client.events.empty(); });
+        client.ask();
+        if (!row.raw.isEmpty())
+            station->send_raw(row.raw);
+        wait_until([&] { return client.events.back() == '-'; });
+        EXPECT_EQ(client.events, row.raw.startsWith(report("x")) ? "+x-" : "+-");
+        EXPECT_EQ(client.recorder.calls, std::vector<std::string>{failed});
+
+        station->set_faults({});
+        client.reconnect();
+        wait_until([&] { return client.is_connected(); });
+        expect_answer("STUDIO-1");
+    }
+}
+
+TEST_F(APIQt, offers_each_message_and_tells_each_report_as_a_signal)
+{
+    EXPECT_NE(QMetaType::type("KVRP3::ClipID"), static_cast<int>(QMetaType::UnknownType));
+    Station station;
+    connect_to(station);
+    QThread other;
+    QObject receiver; // on a thread of its own, so that the signal has to be queued
+    receiver.moveToThread(&other);
+    std::atomic<int> received{0};
+    QObject::connect(&client, &KVRP3::APIQt::report_clip_created, &receiver, [&](AString) { ++received; });
+    other.start();
+
+    client.taken = "b";
+    station->send_raw(report("a") + report("b") + "<report><clip_created /></report>" + report("c"));
+    wait_until([&] { return client.events == "+ac"; });
+    wait_until([&] { return received == 2; });
+    other.quit();
+    other.wait();
+    expect_answer("STUDIO-1"); // a message that is not understood has harmed nothing
+}
+
+TEST_F(APIQt, takes_a_flood_no_faster_than_it_can_be_worked_through)
+{
+    Faults faults;
+    faults.flood = true;
+    faults.flood_count = static_cast<quint64>(support::scaled(1000000));
+    faults.flood_report = QByteArray("<report><clip_created><ClipID>x</ClipID>") + QByteArray(340, ' ') +
+                          "</clip_created></report>\r\n";
+    simulator::Settings settings;
+    settings.faults = faults;
+    Station station(settings);
+    const auto peak_mb = [] {
+        rusage usage{};
+        getrusage(RUSAGE_SELF, &usage);
+        return usage.ru_maxrss / 1024;
+    };
+    const long before = peak_mb();
+    quint64 count = 0;
+    QObject::connect(&client, &KVRP3::APIQt::report_clip_created, &client, [&] {
+        client.events.clear();
+        ++count;
+    });
+    client.connect_to_server(station.address());
+    wait_until([&] { return count == faults.flood_count; });
+    EXPECT_LT(peak_mb() - before, 60);
+}
+
+TEST_F(APIQt, can_be_destroyed_in_every_state)
+{
+    const auto made = [] { return std::make_unique<TestClient>(); };
+    made();
+    {
+        const auto looking_up = made();
+        looking_up->connect_to_server(QStringLiteral("no.such.host.invalid"));
+    }
+    {
+        SilentServer full(SilentServer::Full);
+        const unsigned others = full.kept_waiting();
+        const auto connecting = made();
+        connecting->connect_to_server(full.address());
+        wait_until([&] { return full.kept_waiting() > others; });
+    }
+    {
+        Station station;
+        const auto receiving = made();
+        receiving->connect_to_server(station.address());
+        wait_until([&] { return receiving->is_connected(); });
+        Faults faults;
+        faults.flood = true;
+        station->set_faults(faults);
+        wait_until([&] { return station->counters().bytes_sent > 1000000; });
+        receiving->ask();
+    }
+    for (const bool leaving : {false, true}) {
+        SilentServer silent(SilentServer::Open);
+        const auto sending = made();
+        sending->connect_to_server(silent.address());
+        wait_until([&] { return sending->is_connected(); });
+        const AString big = AString::l1(std::string(100000, 'x').c_str());
+        for (int i = 0; i < 200; ++i) // more than the kernel takes
+            sending->cmd_delete_clip(big);
+        settle();
+        if (leaving)
+            sending->disconnect_from_server();
+        settle();
+        EXPECT_EQ(sending->is_connected(), !leaving);
+    }
+    {
+        Station station;
+        QPointer<TestClient> going = new TestClient;
+        QObject::connect(going, &KVRP3::APIQt::connected, going, &QObject::deleteLater);
+        going->connect_to_server(station.address());
+        wait_until([&] { return going.isNull(); });
+    }
+}
+
+} // namespace
