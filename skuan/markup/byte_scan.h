@@ -135,7 +135,7 @@ inline const char* find_tag_start(const char* p, const char* end)
     return p;
 }
 
-inline const char* find_possible_end_tag(const char* p, const char* end)
+inline const char* find_end_tag(const char* p, const char* end, char)
 {
     return find_tag_start(p, end);
 }
