@@ -40,6 +40,15 @@ XMLTree::XMLTree(AString tag, std::uint64_t value)
 {
 }
 
+void XMLTree::swap(XMLTree& other) noexcept
+{
+    std::swap(is_null_, other.is_null_);
+    tag_.swap(other.tag_);
+    content_.swap(other.content_);
+    std::swap(subnodes_, other.subnodes_);
+    attributes_.swap(other.attributes_);
+}
+
 const XMLTree* XMLTree::find(const AString& tag) const
 {
     for (const auto* entry = subnodes_.first_entry(); entry; entry = entry->next)
@@ -50,13 +59,13 @@ const XMLTree* XMLTree::find(const AString& tag) const
 
 unsigned XMLTree::count_subnodes(const AString& tag, XMLTree* first) const
 {
+    const XMLTree* found = nullptr;
     unsigned count = 0;
-    for (const auto* entry = subnodes_.first_entry(); entry; entry = entry->next) {
-        if (entry->value.tag_ != tag)
-            continue;
-        if (count++ == 0 && first)
-            *first = entry->value;
-    }
+    for (const auto* entry = subnodes_.first_entry(); entry; entry = entry->next)
+        if (entry->value.tag_ == tag && count++ == 0)
+            found = &entry->value;
+    if (found && first)
+        *first = *found; // last, as it may be this tree itself
     return count;
 }
 
@@ -78,8 +87,8 @@ const XMLTree& XMLTree::get_subnode(const AString& tag) const
 
 void XMLTree::set_content(const AString& content)
 {
+    content_ = content.deep_copy(pinned_at_most); // first, as it may be a subnode's
     subnodes_.clear();
-    content_ = content.deep_copy(pinned_at_most);
 }
 
 void XMLTree::add_subnode(XMLTree child)

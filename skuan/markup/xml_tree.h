@@ -37,6 +37,17 @@ public:
 
     /// The null tree: the absence of a tree, as a failed look-up gives it.
     XMLTree() = default;
+    XMLTree(const XMLTree&) = default;
+    XMLTree(XMLTree&&) = default;
+    ~XMLTree() = default;
+    /// By value, and the old tree ends last: what is assigned may be one of its own subnodes.
+    XMLTree& operator=(XMLTree other) noexcept
+    {
+        swap(other);
+        return *this;
+    }
+    void swap(XMLTree& other) noexcept;
+
     // Tag and text are kept through AString::deep_copy, so that a tree never pins the large text from
     // which a small piece of it was cut.
     explicit XMLTree(AString tag);
@@ -94,7 +105,7 @@ public:
     AStringList flatten_base(FlattenStyle style = default_flatten_style, bool collapse_empty = false) const;
     AString flatten(FlattenStyle style = default_flatten_style, bool collapse_empty = false) const;
     /// Hands the text to `sink` as UTF-8, piece by piece on this thread; no piece is empty, and the
-    /// bytes are good during the call only. A character that UTF-8 cannot hold ends the text there.
+    /// bytes are good during the call only. A character that UTF-8 cannot hold is left out.
     void send_utf8(AFunction2<const char*, unsigned> sink, FlattenStyle style = default_flatten_style,
                    bool collapse_empty = false) const;
 

@@ -138,6 +138,30 @@ TEST(XMLTree, AddsItselfToItself)
               "<a><b>1</b><a><b>1</b></a><b>1</b><a><b>1</b></a></a>");
 }
 
+// One walks down a message by assigning to one variable.
+TEST(XMLTree, BecomesAPartOfItself)
+{
+    const auto make = [] {
+        XMLTree inner(s("b"), leaf("c", "text that is longer than a value would keep alive"));
+        inner.attr()[s("k")] = s("v");
+        return XMLTree(s("a"), std::move(inner));
+    };
+    const char* const inner = "<b k=\"v\"><c>text that is longer than a value would keep alive</c></b>";
+    XMLTree tree = make();
+    tree = tree.get_subnode(s("b"));
+    EXPECT_EQ(text_of(tree, XMLTree::flatten_compact, true), inner);
+    tree = make();
+    tree = std::move(*tree.get_modifiable_subnode(s("b")));
+    EXPECT_EQ(text_of(tree, XMLTree::flatten_compact, true), inner);
+    tree = make();
+    EXPECT_EQ(tree.count_subnodes(s("b"), &tree), 1u);
+    EXPECT_EQ(text_of(tree, XMLTree::flatten_compact, true), inner);
+
+    tree.set_content(tree.get_subnode(s("c")).get_content());
+    EXPECT_EQ(text_of(tree, XMLTree::flatten_compact, true),
+              "<b k=\"v\">text that is longer than a value would keep alive</b>");
+}
+
 TEST(XMLTree, NumbersAreDecimalText)
 {
     EXPECT_EQ(XMLTree(s("n"), 4294967295u).get_content(), s("4294967295"));
