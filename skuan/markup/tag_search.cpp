@@ -22,6 +22,14 @@ void TagSearch::restart(std::size_t from)
     cursor_ = from;
 }
 
+void TagSearch::drop(std::size_t n)
+{
+    if (cursor_ < n || (phase_ != outside && start_ < n))
+        return restart(0);
+    start_ -= n;
+    cursor_ -= n;
+}
+
 bool TagSearch::advance(const char* bytes, std::size_t used)
 {
     if (phase_ == found)

@@ -19,6 +19,10 @@ public:
     /// Starts over, at offset `from`.
     void restart(std::size_t from);
 
+    /// Says that the first `n` bytes have gone and offsets count from behind them. What is known of the
+    /// others stays known.
+    void drop(std::size_t n);
+
     /// Goes on with the bytes up to `used`, of which those seen before must be the same as then. True
     /// once the tag has been found; then it stands from start() up to end(). Bytes up to
     /// `used` + scan_slack must be readable.

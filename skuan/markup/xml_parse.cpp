@@ -49,7 +49,9 @@ struct XMLParseEngine::Private
         head += n;
         if (head == tail)
             head = tail = 0;
-        look_for_message();
+        message = nullptr;
+        for (TopLevel& top : tops)
+            top.opening.drop(n);
     }
 
     void look_for_message()
