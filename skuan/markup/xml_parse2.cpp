@@ -198,9 +198,10 @@ bool XMLParseEngine2::parse_error()
 void XMLParseEngine2::reset()
 {
     d->flow_begun = 1;
-    const unsigned generation = ++d->generation;
     {
+        // Raised under the lock, so that no input of the new generation stands before its mark.
         auto input = d->input.lock();
+        const unsigned generation = ++d->generation;
         while (!input->empty() && input->front().generation != generation) {
             d->backlog -= static_cast<unsigned>(input->front().bytes.size());
             input->pop_front();
