@@ -85,15 +85,15 @@ public:
     }
 
     /// Calls the function and gives its result; the empty value gives `fallback`.
-    template <typename Q = R, typename = std::enable_if_t<!std::is_void_v<Q>>>
-    Q run(Q fallback, Args... args) const
+    template <typename Q = R>
+    Q run(std::enable_if_t<!std::is_void_v<Q>, Q> fallback, Args... args) const
     {
         if (kind_ != BoundKind::none && SKUAN_CHECK(f_ != nullptr))
             return invoke(std::forward<Args>(args)...);
         return fallback;
     }
-    template <typename Q = R, typename = std::enable_if_t<!std::is_void_v<Q>>>
-    Q operator()(Q fallback, Args... args) const
+    template <typename Q = R>
+    Q operator()(std::enable_if_t<!std::is_void_v<Q>, Q> fallback, Args... args) const
     {
         return run(std::move(fallback), std::forward<Args>(args)...);
     }
