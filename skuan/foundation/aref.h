@@ -92,8 +92,8 @@ public:
         holder.object_ = object;
         return holder;
     }
-    /// Takes a further reference. An object whose count is 0 is ending and cannot be held any more:
-    /// the holder stays empty.
+    /// Takes a further reference, while the caller knows of a holder that stays. An object whose count is
+    /// 0 is ending and cannot be held any more: the holder stays empty.
     explicit ARef(T* ref) : object_(ref)
     {
         if (ref && !increase_reference(ref)) {

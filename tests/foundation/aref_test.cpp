@@ -1,0 +1,115 @@
+// The two counts inside objects: who ends when, and who decides how.
+#include <skuan/foundation/aoption.h>
+#include <skuan/foundation/aref.h>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+
+namespace {
+
+struct Pooled : AReferenced
+{
+    int released = 0;
+    void full_release() override { ++released; }
+};
+
+struct Counted : AReferenced
+{
+    explicit Counted(int* alive) : alive_(alive) { ++*alive_; }
+    Counted(const Counted& other) : AReferenced(other), alive_(other.alive_) { ++*alive_; }
+    ~Counted() override { --*alive_; }
+    int* alive_;
+};
+
+TEST(AReference, TheLastHolderEndsTheObject)
+{
+    int alive = 0;
+    AReference<Counted> first(new Counted(&alive));
+    {
+        AReference<Counted> second = first;
+        // A copy of the object begins with a count of its own.
+        AReference<Counted> copied(new Counted(*first));
+        EXPECT_EQ(alive, 2);
+        copied = second;
+        EXPECT_EQ(alive, 1);
+    }
+    first = *&first;
+    AReference<Counted> moved = std::move(first);
+    EXPECT_FALSE(first);
+    EXPECT_EQ(alive, 1);
+    moved = nullptr;
+    EXPECT_EQ(alive, 0);
+}
+
+TEST(AReference, AnObjectMayDecideItsOwnEnd)
+{
+    Pooled object;
+    for (int round = 1; round <= 2; ++round) {
+        {
+            const AReference<Pooled> a(&object);
+            const AReference<Pooled> b = a;
+            EXPECT_EQ(object.released, round - 1);
+        }
+        EXPECT_EQ(object.released, round);
+    }
+}
+
+struct Record
+{
+    AtomicUnsigned references{1};
+    int destroyed = 0;
+    static void destroy(Record* record) { ++record->destroyed; }
+};
+
+TEST(ARef, DestroysWithTheLastHolder)
+{
+    Record record;
+    {
+        const ARef<Record> first = ARef<Record>::adopt(&record);
+        const ARef<Record> second(first.get());
+        ARef<Record> third = second;
+        EXPECT_EQ(record.references, 3u);
+        third = nullptr;
+        third = first;
+        third = std::move(third);
+        EXPECT_EQ(third, second);
+        EXPECT_EQ(record.destroyed, 0);
+    }
+    EXPECT_EQ(record.destroyed, 1);
+}
+
+TEST(ARef, RefusesAnObjectThatIsEndingAndNeverCountsAPermanentOne)
+{
+    Record ending;
+    ending.references = 0;
+    EXPECT_FALSE(ARef<Record>(&ending));
+    EXPECT_EQ(ending.references, 0u);
+    EXPECT_EQ(ending.destroyed, 0);
+
+    Record permanent;
+    permanent.references = ARef<Record>::permanent;
+    {
+        const ARef<Record> a(&permanent);
+        const ARef<Record> b = a;
+    }
+    EXPECT_EQ(permanent.references, ARef<Record>::permanent);
+    EXPECT_EQ(permanent.destroyed, 0);
+}
+
+TEST(AOption, AnAbsentValueIsTheDefaultOne)
+{
+    AOption<int> option;
+    EXPECT_FALSE(option);
+    EXPECT_EQ(option.value(), 0);
+    EXPECT_EQ(option.value_or(4), 4);
+    option.set(7);
+    EXPECT_EQ(option, AOption<int>(7));
+    EXPECT_EQ(option.value_or(4), 7);
+    option.clear();
+    EXPECT_EQ(option, AOption<int>());
+    EXPECT_NE(option, AOption<int>(0)); // present, though it is 0
+}
+
+} // namespace
