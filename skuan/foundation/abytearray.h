@@ -40,6 +40,7 @@ public:
     AByteArray(unsigned char a, unsigned char b, unsigned char c, unsigned char d) { set(a, b, c, d); }
     AByteArray(const void* bytes, unsigned n) { append(bytes, n); }
 
+    void set() { clear(); }
     void set(unsigned char a);
     void set(unsigned char a, unsigned char b);
     void set(unsigned char a, unsigned char b, unsigned char c);
@@ -117,7 +118,7 @@ public:
     /// Upper-case digits, with a line feed before a byte where the line holds `width` - 1 digits or more. A
     /// width of 0 or 1 begins with a line feed: meant so.
     AString toHex(unsigned width) const;
-    /// The same digits as bytes, in one line.
+    /// The same digits as bytes, in one line; nothing from 2^31 bytes on.
     AByteArray toHexAscii() const;
     /// From pairs of digits, skipping what is neither digit nor letter. Letters up to Z count, with the
     /// values of AChar::to_hexdigit; a last digit without its pair is dropped.

@@ -83,10 +83,14 @@ AString AByteArray::toHex(unsigned width) const
 AByteArray AByteArray::toHexAscii() const
 {
     AByteArray digits;
+    if (!SKUAN_CHECK(size() <= ~0u / 2))
+        return digits;
     digits.resize(size() * 2);
+    if (digits.size() != size() * 2)
+        return digits; // there was no memory
     unsigned char* to = digits.data();
     const unsigned char* const bytes = const_data();
-    for (unsigned i = 0; to && i < size(); ++i) {
+    for (unsigned i = 0; i < size(); ++i) {
         *to++ = static_cast<unsigned char>(hex_alphabet[bytes[i] >> 4]);
         *to++ = static_cast<unsigned char>(hex_alphabet[bytes[i] & 15]);
     }
