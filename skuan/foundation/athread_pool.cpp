@@ -117,7 +117,7 @@ AThreadPool::AThreadPool(const QString& name, unsigned athread_count)
     (void)SKUAN_CHECK(thread_count == athread_count);
     for (unsigned i = 0; i < thread_count; ++i) {
         threads_.push_back(std::make_unique<AThreadPoolThread>(data_));
-        threads_.back()->setObjectName(QStringLiteral("%1 #%2").arg(name).arg(i));
+        threads_.back()->setObjectName(QStringLiteral("%1 #%2").arg(name, QString::number(i)));
         threads_.back()->start();
     }
 }

@@ -58,9 +58,9 @@ TEST(AThreadPool, RunsEveryJobBeforeItEnds)
 TEST(AThreadPool, NamesItsWorkers)
 {
     Work work;
-    AThreadPool pool(QStringLiteral("one"), 1);
+    AThreadPool pool(QStringLiteral("one %1"), 1);
     pool.run_job(AFunction::member<&Work::note_name>(&work));
-    EXPECT_EQ(work.names, std::set<QString>{QStringLiteral("one #0")});
+    EXPECT_EQ(work.names, std::set<QString>{QStringLiteral("one %1 #0")});
 }
 
 TEST(AThreadPool, LetsManyThreadsWaitForTheirJobs)
