@@ -18,24 +18,26 @@ echo "skuan-sim: $ready"
 
 ask() {
     printf '\n$ skuanctl --host %s' "$host"
-    printf ' %q' "$@"
+    local word
+    for word; do
+        if [[ $word == *[^a-z0-9-]* ]]; then printf " '%s'" "$word"; else printf ' %s' "$word"; fi
+    done
     printf '\n'
     "$bin/skuanctl" --host "$host" --timeout 10 "$@"
 }
 ask name
 ask version
 ask clips
-ask --json clips
+ask --json version
 ask raw '<cmd><xid>1</xid><get_computer_name/></cmd>'
 
-cat <<END
-
-That was a program linked to libskuan.so, asking a server over TCP. What to try next:
-  ./dev test                        run every test
-  $bin/skuanctl --help      all that the command line can do
-  examples/                         small programs to start from
-  README.md                         the first program of your own
-END
+echo
+echo "That was a program linked to libskuan.so, asking a server over TCP. What to try next:"
+printf '  %-32s %s\n' \
+    "$bin/skuan-sim" "a server at 127.0.0.1 that stays; --help: how it can misbehave" \
+    "$bin/skuanctl clips" "ask it; --help: all that the command line can do" \
+    "examples/" "small programs to start from, the smallest first" \
+    "./dev test" "run every test"
 
 if [[ -t 0 && -t 1 ]]; then
     read -r -p "The server goes on at $host (port 8913); press Enter to end it. "

@@ -16,6 +16,6 @@ run("${work}/by_cmake/consumer")
 set(ENV{PKG_CONFIG_PATH} "${prefix}/${libdir}/pkgconfig")
 execute_process(COMMAND pkg-config --cflags --libs skuan OUTPUT_VARIABLE flags COMMAND_ERROR_IS_FATAL ANY)
 separate_arguments(flags UNIX_COMMAND "${flags}")
-run("${compiler}" -std=c++17 "${source}/main.cpp" -o "${work}/by_pkg_config" ${flags}
+run("${compiler}" -std=c++17 "${source}/main.cpp" -o "${work}/by_pkg_config" ${flags} -lskuan_simulator
   "-Wl,-rpath,${prefix}/${libdir}")
 run("${work}/by_pkg_config")
