@@ -71,6 +71,7 @@ void Connection::drop()
     over_ = true;
     reading_ = false;
     queue_.clear();
+    wire_.abandon();
     flood_.set_faults({});
     socket_->abort();
     Q_EMIT over();

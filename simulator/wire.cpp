@@ -71,6 +71,15 @@ void Wire::end()
     end_when_written();
 }
 
+void Wire::abandon()
+{
+    ended_ = true;
+    closed_ = true;
+    pending_.clear();
+    pending_start_ = 0;
+    pause_.stop();
+}
+
 qint64 Wire::backlog() const
 {
     return socket_.bytesToWrite() + pending_.size() - pending_start_;
@@ -99,8 +108,8 @@ void Wire::write_segments()
         socket_.write(pending_.constData() + pending_start_, length);
         pending_start_ += static_cast<int>(length);
         written_ += length;
-        socket_.flush();
-        if (faults_.split_pause.count() > 0) {
+        socket_.flush(); // may find the client gone, and abandon
+        if (faults_.split_pause.count() > 0 && !closed_) {
             pause_.start(faults_.split_pause);
             break;
         }

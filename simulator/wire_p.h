@@ -30,6 +30,9 @@ public:
     // Writes what waits, then ends the connection: wholly, or the sending side only.
     void end();
 
+    // Forgets what waits: the socket is closed, or about to be.
+    void abandon();
+
     // What waits for the client, in bytes.
     qint64 backlog() const;
     bool is_ended() const { return ended_; }
