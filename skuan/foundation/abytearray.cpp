@@ -146,7 +146,7 @@ void AByteArray::append(unsigned char a, unsigned char b, unsigned char c, unsig
 
 void AByteArray::append(const void* bytes, unsigned n)
 {
-    if (n == 0 || !SKUAN_CHECK(n <= largest_size - size()))
+    if (n == 0 || !SKUAN_CHECK(bytes != nullptr) || !SKUAN_CHECK(n <= largest_size - size()))
         return;
     // Growing frees the old room, and `bytes` may lie in it.
     const auto* from = static_cast<const unsigned char*>(bytes);

@@ -51,7 +51,8 @@ public:
     void append(unsigned char a, unsigned char b);
     void append(unsigned char a, unsigned char b, unsigned char c);
     void append(unsigned char a, unsigned char b, unsigned char c, unsigned char d);
-    void append(const void* bytes, unsigned n); ///< `bytes` may lie in this array
+    /// `bytes` may lie in this array; null adds nothing, which is an assertion unless `n` is 0.
+    void append(const void* bytes, unsigned n);
     void append(const AByteArray& other);
     // In this machine's byte order, as the number stands in memory.
     void append16(std::uint16_t value) { append(&value, sizeof value); }

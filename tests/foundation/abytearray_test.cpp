@@ -36,6 +36,7 @@ TEST(AByteArray, BuildsAndAppends)
     array.append64(0x4343434343434343);
     EXPECT_EQ(text(array), "xyzAABBBBCCCCCCCC");
     array.append(nullptr, 0);
+    array.append(nullptr, 5);
     EXPECT_EQ(array.size(), 17u);
     array.clear();
     EXPECT_TRUE(array.empty());
