@@ -187,6 +187,9 @@ void APIQt::slot_xmlReady()
         const XMLTree message = engine_->get_xml();
         if (message.is_null()) {
             feed_parser(); // with what had to wait
+            // What callbacks have sent goes out together, without another turn of the event loop.
+            if (socket_->bytesToWrite() != 0)
+                socket_->flush();
             return;
         }
         if (!parse_intercept(message))

@@ -1,0 +1,285 @@
+// What must hold on both transports whatever the stream looks like and whenever it ends: each message
+// arrives once and whole, each command ends once.
+#include <skuan/protocol/kvrp3_api_qt.h>
+#include <skuan/protocol/kvrp3_client.h>
+
+#include <support/core_application.h>
+#include <support/memory_client.h>
+#include <support/scale.h>
+#include <support/station.h>
+
+#include <QThread>
+#include <QTimer>
+
+#include <atomic>
+#include <chrono>
+#include <iostream>
+#include <mutex>
+#include <random>
+#include <thread>
+
+namespace {
+
+using simulator::Faults;
+using support::Station;
+
+/// The messages that a transport has found in its stream, as text.
+class Inbox
+{
+public:
+    AFunction1<const XMLTree&> hook() { return AFunction1<const XMLTree&>::member<&Inbox::put>(this); }
+    std::vector<std::string> take()
+    {
+        const std::lock_guard lock(mutex_);
+        return std::exchange(messages_, {});
+    }
+    std::size_t size()
+    {
+        const std::lock_guard lock(mutex_);
+        return messages_.size();
+    }
+
+private:
+    void put(const XMLTree& message)
+    {
+        const std::lock_guard lock(mutex_);
+        messages_.push_back(message.flatten(XMLTree::flatten_compact, true).to_string());
+    }
+
+    std::mutex mutex_;
+    std::vector<std::string> messages_;
+};
+
+/// The blocking client on its own thread.
+class Blocking : public KVRP3::Client
+{
+public:
+    static constexpr int longest_message = 32768;
+
+    explicit Blocking(const Station& station) : Client(station.ipv4())
+    {
+        set_receive_debug_hook(inbox.hook());
+        run_forever_in_own_thread(0);
+    }
+    ~Blocking() override { stop(); }
+
+    Inbox inbox;
+    std::atomic<unsigned> losses{0};
+    bool is_up() const { return isConnected(); }
+
+protected:
+    void disconnected() override { ++losses; }
+};
+
+/// The event-driven client, with commands from any thread and a connection that is made anew.
+class EventDriven : public KVRP3::APIQt
+{
+public:
+    static constexpr int longest_message = 65536;
+
+    explicit EventDriven(const Station& station)
+    {
+        set_receive_debug_hook(inbox.hook());
+        connect(this, &APIQt::connected, this, [this] { up_ = true; });
+        connect(this, &APIQt::disconnected, this, [this] {
+            up_ = false;
+            ++losses;
+            QTimer::singleShot(0, this, [this] { reconnect(); });
+        });
+        connect_to_server(station.address());
+    }
+
+    Inbox inbox;
+    std::atomic<unsigned> losses{0};
+    bool is_up() const { return up_; }
+
+protected:
+    void send(const void* data, unsigned length) override
+    {
+        const QByteArray bytes(static_cast<const char*>(data), static_cast<int>(length));
+        const auto write = [this, bytes] {
+            APIQt::send(bytes.constData(), static_cast<unsigned>(bytes.size()));
+        };
+        if (QThread::currentThread() == thread())
+            write();
+        else
+            QMetaObject::invokeMethod(this, write, Qt::QueuedConnection);
+    }
+
+private:
+    std::atomic<bool> up_{false};
+};
+
+template <typename Transport>
+class Transports : public support::CoreApplication
+{
+protected:
+    /// Waits for so many messages, and a little for more than that.
+    static std::vector<std::string> receive(Transport& transport, std::size_t count)
+    {
+        wait_until([&] { return transport.inbox.size() >= count || transport.losses != 0; });
+        settle();
+        return transport.inbox.take();
+    }
+};
+
+using Both = testing::Types<Blocking, EventDriven>;
+TYPED_TEST_SUITE(Transports, Both);
+
+const std::vector<std::string>& shapes()
+{
+    static const std::vector<std::string> messages = {
+        "<reply><xid>1</xid><ok /></reply>",
+        "<reply>\r\n<xid>2</xid>\r\n<error>\r\n<ErrorMessage>a &lt; b &amp; c</ErrorMessage>\r\n"
+        "<ErrorCode>general</ErrorCode>\r\n</error>\r\n</reply>\r\n",
+        "<reply><xid>3</xid><clipid><ClipID>Z\xc3\xbcrich \xe2\x82\xac "
+        "\xf0\x9f\x8f\x86</ClipID></clipid></reply>",
+        "\t<reply ><xid>none4</xid><computername><ComputerName></ComputerName></computername></ reply>\n",
+        "<reply><xid>5</xid><version_info><SVNVersion>1</SVNVersion><SVNPath>/</SVNPath></version_info></"
+        "reply>",
+        "<report><clip_created><ClipID> \xc3\xa9 "
+        "</ClipID><New><Newer>&quot;</Newer><Newer/></New></clip_created></report>",
+        "< report "
+        "><userdict_change><Key>k</Key><Value>&apos;&gt;\xe2\x82\xac</Value></userdict_change></report>",
+        "<report><nobody_knows /></report>",
+        "between messages <report><clip_deleted /></report>",
+    };
+    return messages;
+}
+
+/// As the inbox has it.
+std::string as_received(const std::string& message)
+{
+    const auto begin = message.find('<');
+    return support::tree(message.substr(begin)).flatten(XMLTree::flatten_compact, true).to_string();
+}
+
+// One stream with all messages, each once for every place to cut it at. It is written piece by piece,
+// from cut to cut, so that a piece also glues the rest of one message to the beginning of the next.
+TYPED_TEST(Transports, find_each_message_wherever_it_is_cut)
+{
+    QByteArray stream;
+    std::vector<std::string> expected;
+    Faults faults;
+    faults.split_pause = std::chrono::milliseconds(1);
+    for (const std::string& message : shapes()) {
+        for (std::size_t cut = 0; cut < message.size(); ++cut) {
+            if (cut != 0)
+                faults.split_at.push_back(stream.size() + static_cast<int>(cut));
+            stream += QByteArray::fromStdString(message);
+            expected.push_back(as_received(message));
+        }
+    }
+    Station station(faults);
+    TypeParam transport(station);
+    this->wait_until([&] { return transport.is_up() && station->counters().connected == 1; });
+    station->send_raw(stream);
+    EXPECT_EQ(this->receive(transport, expected.size()), expected);
+}
+
+TYPED_TEST(Transports, find_each_message_behind_every_other)
+{
+    QByteArray stream;
+    std::vector<std::string> expected;
+    for (const std::string& first : shapes())
+        for (const std::string& second : shapes())
+            for (const std::string* message : {&first, &second}) {
+                stream += QByteArray::fromStdString(*message);
+                expected.push_back(as_received(*message));
+            }
+    Station station;
+    TypeParam transport(station);
+    this->wait_until([&] { return transport.is_up() && station->counters().connected == 1; });
+    station->send_raw(stream);
+    EXPECT_EQ(this->receive(transport, expected.size()), expected);
+
+    // And every byte on its own.
+    Faults faults;
+    faults.split = 1;
+    station->set_faults(faults);
+    station->send_raw(stream);
+    EXPECT_EQ(this->receive(transport, expected.size()), expected);
+}
+
+TYPED_TEST(Transports, take_the_longest_message_and_no_longer_one)
+{
+    const QByteArray begin = "<report><clip_created><ClipID>", end = "</ClipID></clip_created></report>";
+    const QByteArray longest =
+        begin + QByteArray(TypeParam::longest_message - begin.size() - end.size(), 'x') + end;
+    Station station;
+    TypeParam transport(station);
+    this->wait_until([&] { return transport.is_up() && station->counters().connected == 1; });
+    station->send_raw(longest + longest);
+    EXPECT_EQ(this->receive(transport, 2).size(), 2u);
+    EXPECT_EQ(transport.losses, 0u);
+    station->send_raw(longest + QByteArray(longest).insert(begin.size(), 'x') + longest);
+    this->wait_until([&] { return transport.losses == 1; });
+    EXPECT_EQ(transport.inbox.take().size(), 1u);
+}
+
+/// One command: how often it has been answered and failed.
+struct Ending
+{
+    std::atomic<unsigned> answers{0}, errors{0};
+    std::atomic<int>* waiting = nullptr;
+
+    void on_answer(AString)
+    {
+        ++answers;
+        --*waiting;
+    }
+    void on_error(AString, KVRP3::ErrorCode)
+    {
+        ++errors;
+        --*waiting;
+    }
+};
+
+TYPED_TEST(Transports, end_each_command_once_while_two_threads_send_and_the_server_drops_them)
+{
+    const int count = support::scaled(100000); // from each thread
+    const unsigned seed = std::random_device()();
+    std::cout << "seed " << seed << '\n';
+    Faults faults;
+    faults.seed = seed;
+    faults.gather = 8;
+    faults.shuffle = true;
+    faults.close_chance = 10.0 / count; // some 20 connections in all
+    Station station(faults);
+    TypeParam transport(station);
+
+    std::vector<Ending> endings(static_cast<std::size_t>(2 * count));
+    std::atomic<int> waiting[2]{}, working{2};
+    const auto send = [&](int who) {
+        std::minstd_rand random(seed + static_cast<unsigned>(who));
+        for (int i = who; i < 2 * count; i += 2) {
+            // Commands without a connection fail at once. A few of them are wanted, not thousands.
+            if (random() % 100 != 0)
+                while (!transport.is_up() || waiting[who] > 50)
+                    std::this_thread::sleep_for(std::chrono::microseconds(100));
+            Ending& ending = endings[static_cast<std::size_t>(i)];
+            ending.waiting = &waiting[who];
+            ++waiting[who];
+            transport.cmd_get_computer_name(
+                AFunction1<AString>::member<&Ending::on_answer>(&ending),
+                AFunction2<AString, KVRP3::ErrorCode>::member<&Ending::on_error>(&ending));
+        }
+        --working;
+    };
+    std::thread first(send, 0), second(send, 1);
+    this->wait_until([&] { return working == 0; });
+    first.join();
+    second.join();
+    station->set_faults({});
+    this->wait_until([&] { return transport.outstanding_commands() == 0; });
+
+    unsigned answers = 0;
+    for (std::size_t i = 0; i < endings.size(); ++i) {
+        answers += endings[i].answers;
+        EXPECT_EQ(endings[i].answers + endings[i].errors, 1u) << "command " << i;
+    }
+    EXPECT_GT(transport.losses, 0u);
+    EXPECT_GT(answers, endings.size() / 2);
+}
+
+} // namespace
