@@ -38,11 +38,11 @@ struct SKUAN_SIMULATOR_EXPORT Faults
     bool flood = false;         ///< unasked reports
     unsigned flood_rate = 0;    ///< reports a second; 0: as fast as the client takes them
     quint64 flood_count = 0;    ///< reports in all; 0: without end
-    QByteArray flood_report;    ///< the report; empty: a `channel_timecode`
+    QByteArray flood_report{};  ///< the report; empty: a `channel_timecode`
 
     // How the bytes travel.
     unsigned split = 0;                       ///< bytes to a segment; 0: as they come
-    std::vector<qint64> split_at;             ///< a segment ends at each of these positions, ascending
+    std::vector<qint64> split_at{};           ///< a segment ends at each of these positions, ascending
     std::chrono::milliseconds split_pause{0}; ///< wait between segments, so that each is read by itself
 
     // How the connection ends.

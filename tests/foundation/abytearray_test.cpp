@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <numeric>
 #include <string>
 #include <vector>
 
@@ -20,39 +19,20 @@ std::string text(const AByteArray& array)
     return std::string(reinterpret_cast<const char*>(array.const_data()), array.size());
 }
 
-TEST(AByteArray, BuildsAndAppends)
-{
-    EXPECT_EQ(text(AByteArray()), "");
-    EXPECT_EQ(text(AByteArray('a')), "a");
-    EXPECT_EQ(text(AByteArray('a', 'b', 'c', 'd')), "abcd");
-    AByteArray array('a', 'b');
-    array.append('c', 'd', 'e');
-    array += AByteArray('f');
-    EXPECT_EQ(text(array + bytes("gh")), "abcdefgh");
-    EXPECT_EQ(text(array), "abcdef");
-    array.set('x', 'y', 'z');
-    array.append16(0x4141);
-    array.append32(0x42424242);
-    array.append64(0x4343434343434343);
-    EXPECT_EQ(text(array), "xyzAABBBBCCCCCCCC");
-    array.append(nullptr, 0);
-    array.append(nullptr, 5);
-    EXPECT_EQ(array.size(), 17u);
-    array.clear();
-    EXPECT_TRUE(array.empty());
-    EXPECT_EQ(array.const_data()[0], 0);
-}
-
-TEST(AByteArray, AppendsFromItself)
+TEST(AByteArray, AppendsFromNowhereAndFromItself)
 {
     AByteArray array = bytes("0123456789abcdef");
     for (int i = 0; i < 4; ++i)
         array.append(array); // grows over its own bytes
     EXPECT_EQ(array.size(), 256u);
     array.append(array.const_data() + 10, 6);
+    array.append(nullptr, 0);
+    array.append(nullptr, 5);
     EXPECT_EQ(text(array.right(8)), "efabcdef");
     array.set(array.const_data() + 1, 3);
     EXPECT_EQ(text(array), "123");
+    array.append32(0x42424242);
+    EXPECT_EQ(text(array), "123BBBB");
 }
 
 TEST(AByteArray, AChangeLeavesTheOtherCopyAlone)
@@ -66,7 +46,6 @@ TEST(AByteArray, AChangeLeavesTheOtherCopyAlone)
         {"data", [](AByteArray& a) { a.data()[0] = 'X'; }, "Xbc"},
         {"[]", [](AByteArray& a) { a[2] = 'X'; }, "abX"},
         {"append", [](AByteArray& a) { a.append('X'); }, "abcX"},
-        {"resize", [](AByteArray& a) { a.resize(2); }, "ab"},
         {"resize up", [](AByteArray& a) { a.resize(5, 'X'); }, "abcXX"},
         {"replace", [](AByteArray& a) { a.replace('b', 'X'); }, "aXc"},
         {"copy_from", [](AByteArray& a) { a.copy_from("XYZ", 3, 1); }, "aXY"},
@@ -97,7 +76,7 @@ TEST(AByteArray, RoomDoublesAndLargeArraysStartOnAPage)
     const struct
     {
         unsigned n, room;
-    } rows[] = {{1, 31}, {31, 31}, {32, 63}, {63, 63}, {64, 127}, {4094, 4095}, {4095, 4095}, {4096, 8191}};
+    } rows[] = {{1, 31}, {31, 31}, {32, 63}, {4095, 4095}, {4096, 8191}};
     for (const auto& row : rows) {
         AByteArray array;
         array.resize(row.n, 'x');
@@ -107,13 +86,6 @@ TEST(AByteArray, RoomDoublesAndLargeArraysStartOnAPage)
         const bool large = row.room >= 4095;
         EXPECT_TRUE(!large || reinterpret_cast<std::uintptr_t>(array.const_data()) % 4096 == 0);
     }
-    AByteArray grown;
-    std::string expected;
-    for (unsigned i = 0; i < 10000; ++i) {
-        grown.append(static_cast<unsigned char>(i));
-        expected += static_cast<char>(i);
-    }
-    EXPECT_EQ(text(grown), expected);
     AByteArray empty;
     empty.data();
     EXPECT_EQ(empty.reserved_size(), 31u);
@@ -122,29 +94,19 @@ TEST(AByteArray, RoomDoublesAndLargeArraysStartOnAPage)
 TEST(AByteArray, PartsAndSearch)
 {
     const AByteArray array = bytes("abcabc");
-    EXPECT_EQ(text(array.left(2)), "ab");
     EXPECT_EQ(text(array.left(9)), "abcabc");
-    EXPECT_EQ(text(array.mid(2, 2)), "ca");
-    EXPECT_EQ(text(array.mid(2)), "cabc");
     EXPECT_EQ(text(array.mid(6, 1)), "");
     EXPECT_EQ(text(array.mid(5, ~0u)), "c");
-    EXPECT_EQ(text(array.right(2)), "bc");
     EXPECT_EQ(text(array.right(9)), "abcabc");
-    EXPECT_EQ(array.find('b'), 1);
     EXPECT_EQ(array.find('b', 2), 4);
-    EXPECT_EQ(array.find('b', 5), -1);
     EXPECT_EQ(array.find('b', ~0u), -1);
-    EXPECT_EQ(array.rfind('b'), 4);
     EXPECT_EQ(array.rfind('b', 3), 1);
-    EXPECT_EQ(array.rfind('x'), -1);
     EXPECT_EQ(AByteArray().rfind('x'), -1);
-    EXPECT_TRUE(array.has_prefix(bytes("abc")));
     EXPECT_TRUE(array.has_prefix(AByteArray()));
     EXPECT_FALSE(array.has_prefix(bytes("abcabca")));
     char buf[4] = "...";
     EXPECT_EQ(array.copy_to(buf, 3, 4), 2u);
     EXPECT_STREQ(buf, "bc.");
-    EXPECT_EQ(array.copy_to(buf, 3, 6), 0u);
     AByteArray target = array;
     EXPECT_EQ(target.copy_from("XYZ", 3, 6), 0u);
     EXPECT_EQ(target, array);
@@ -154,25 +116,13 @@ TEST(AByteArray, OrderIsByUnsignedBytesThenLength)
 {
     const AByteArray ascending[] = {AByteArray(), bytes("a"), bytes("ab"), bytes("b"), bytes("\xFF")};
     for (int i = 0; i < 5; ++i)
-        for (int k = 0; k < 5; ++k) {
-            const AByteArray &a = ascending[i], &b = ascending[k];
-            EXPECT_EQ(a.cmp(b), i < k ? -1 : i > k);
-            EXPECT_EQ(a == b, i == k);
-            EXPECT_EQ(a != b, i != k);
-            EXPECT_EQ(a < b, i < k);
-            EXPECT_EQ(a <= b, i <= k);
-            EXPECT_EQ(a > b, i > k);
-            EXPECT_EQ(a >= b, i >= k);
-        }
+        for (int k = 0; k < 5; ++k)
+            EXPECT_EQ(ascending[i].cmp(ascending[k]), i < k ? -1 : i > k);
 }
 
 TEST(AByteArray, Base64)
 {
-    const struct
-    {
-        std::string bytes, text;
-    } rows[] = {
-        {"", ""},
+    const std::pair<std::string, std::string> rows[] = {
         {"M", "TQ"}, // no padding
         {"Ma", "TWE"},
         {"Man", "TWFu"},
@@ -181,30 +131,23 @@ TEST(AByteArray, Base64)
          "MDEyMzQ1Njc4OTAxMjM0NTY3OD\nk"}, // the 20th byte ends the line within a group
         {"012345678901234567890", "MDEyMzQ1Njc4OTAxMjM0NTY3OD\nkw"},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(AByteArray::fromBase64(AString(row.text)), bytes(row.bytes)) << row.text;
-        EXPECT_EQ(bytes(row.bytes).toBase64().to_string(), row.text);
+    for (const auto& [decoded, encoded] : rows) {
+        EXPECT_EQ(AByteArray::fromBase64(AString(encoded)), bytes(decoded)) << encoded;
+        EXPECT_EQ(bytes(decoded).toBase64().to_string(), encoded);
     }
     EXPECT_EQ(text(AByteArray::fromBase64(AString::l1(" T-W\nF*u=="))), "Man");
     EXPECT_EQ(text(AByteArray::fromBase64(AString::l1("T"))), "");
-    std::string all(1000, '\0');
-    std::iota(all.begin(), all.end(), '\0');
-    EXPECT_EQ(AByteArray::fromBase64(bytes(all).toBase64()), bytes(all));
 }
 
 TEST(AByteArray, Hex)
 {
     const AByteArray array = bytes("\x01\xAB\xFF");
-    const struct
-    {
-        unsigned width;
-        const char* text;
-    } rows[] = {
+    const std::pair<unsigned, const char*> rows[] = {
         {0, "\n01\nAB\nFF"}, {1, "\n01\nAB\nFF"}, {2, "01\nAB\nFF"}, {3, "01\nAB\nFF"},
         {4, "01AB\nFF"},     {5, "01AB\nFF"},     {6, "01ABFF"},     {~0u, "01ABFF"},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(array.toHex(row.width).to_string(), row.text) << row.width;
+    for (const auto& [width, expected] : rows)
+        EXPECT_EQ(array.toHex(width).to_string(), expected) << width;
     EXPECT_EQ(text(array.toHexAscii()), "01ABFF");
     EXPECT_EQ(AByteArray::fromHexAscii(bytes("01 aB\nf:F")), array);
     EXPECT_EQ(AByteArray::fromHexAscii(bytes("1G")), AByteArray(0x20)); // G is 16
@@ -215,13 +158,8 @@ TEST(AByteArray, Hex)
 
 TEST(AByteArray, Utf8)
 {
-    const std::string long_text(1000, 'x');
-    for (const std::string& t : {std::string(), std::string("a\xE2\x82\xAC"), long_text}) {
-        const AByteArray array = AByteArray::toUtf8(AString(t));
-        EXPECT_EQ(text(array), t);
-        EXPECT_EQ(array.fromUtf8(), AString(t));
-        EXPECT_EQ(AByteArray::fromUtf8(array), AString(t));
-    }
+    for (const std::string& t : {std::string("a\xE2\x82\xAC"), std::string(1000, 'x')})
+        EXPECT_EQ(text(AByteArray::toUtf8(AString(t))), t);
     EXPECT_EQ(bytes("ab\xFFz").fromUtf8(), AString::l1("ab"));
 }
 

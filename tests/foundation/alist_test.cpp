@@ -32,38 +32,16 @@ struct Tree
     int value = 0;
 };
 
-TEST(AList, BothEnds)
+TEST(AList, WhatIsNotThereIsNobodysItem)
 {
-    AList<int> list;
-    EXPECT_TRUE(list.empty());
-    EXPECT_EQ(list.pop(), 0);
-    EXPECT_EQ(list.shift(), 0);
-    list.push(2);
-    list.push_back(3);
-    list.unshift(1);
-    list.push_front(0);
-    EXPECT_EQ(ints_of(list), (Ints{0, 1, 2, 3}));
-    EXPECT_EQ(list.front(), 0);
-    EXPECT_EQ(list.back(), 3);
-    EXPECT_EQ(list.pop_back(), 3);
-    EXPECT_EQ(list.pop_front(), 0);
-    EXPECT_EQ(ints_of(list), (Ints{1, 2}));
-    list.clear();
-    EXPECT_EQ(ints_of(list), Ints{});
-}
-
-TEST(AList, AnIndexBeyondTheEndIsNobodysItem)
-{
-    AList<int> list{1, 2, 3, 4, 5};
-    for (unsigned i = 0; i < 5; ++i) {
-        EXPECT_EQ(list.at(i), static_cast<int>(i) + 1);
-        EXPECT_EQ(list.const_at(i), static_cast<int>(i) + 1);
-    }
-    list.at(5) = 77;
-    EXPECT_EQ(list.at(5), 0);
+    AList<int> list{1, 2, 3};
+    list.at(3) = 77;
+    EXPECT_EQ(list.at(3), 0);
     EXPECT_EQ(list.const_at(~0u), 0);
     EXPECT_EQ(AList<int>().front(), 0);
-    EXPECT_EQ(ints_of(list), (Ints{1, 2, 3, 4, 5}));
+    EXPECT_EQ(AList<int>().pop(), 0);
+    EXPECT_EQ(AList<int>().shift(), 0);
+    EXPECT_EQ(ints_of(list), (Ints{1, 2, 3}));
 }
 
 TEST(AList, AChangeLeavesTheOtherCopyAlone)
@@ -76,17 +54,12 @@ TEST(AList, AChangeLeavesTheOtherCopyAlone)
         Ints expected;
     } rows[] = {
         {"at", [](AList<int>& l) { l.at(1) = 9; }, {1, 9, 3}},
-        {"front", [](AList<int>& l) { l.front() = 9; }, {9, 2, 3}},
         {"begin", [](AList<int>& l) { *++l.begin() = 9; }, {1, 9, 3}},
         {"rbegin", [](AList<int>& l) { *l.rbegin() = 9; }, {1, 2, 9}},
         {"push_back", [](AList<int>& l) { l.push_back(4); }, {1, 2, 3, 4}},
         {"push_back of its own item", [](AList<int>& l) { l.push_back(l.const_at(0)); }, {1, 2, 3, 1}},
         {"push_back of itself", [](AList<int>& l) { l.push_back(l); }, {1, 2, 3, 1, 2, 3}},
-        {"push_front of a list",
-         [](AList<int>& l) {
-             l.push_front(AList<int>{8, 9});
-         },
-         {8, 9, 1, 2, 3}},
+        {"push_front of itself", [](AList<int>& l) { l.push_front(l); }, {1, 2, 3, 1, 2, 3}},
         {"pop", [](AList<int>& l) { l.pop(); }, {1, 2}},
         {"shift", [](AList<int>& l) { l.shift(); }, {2, 3}},
         {"reverse", [](AList<int>& l) { l.reverse(); }, {3, 2, 1}},
@@ -114,12 +87,8 @@ TEST(AList, MatchesMakeNewLists)
     EXPECT_EQ(ints_of(list.find_matches(even)), (Ints{2, 4}));
     EXPECT_EQ(ints_of(list.remove_matches(even)), (Ints{1, 3}));
     EXPECT_EQ(ints_of(list.find_matches({})), Ints{});
-    EXPECT_EQ(ints_of(list.remove_matches({})), (Ints{1, 2, 3, 4}));
-    EXPECT_TRUE(list.contains_item(3));
-    EXPECT_FALSE(list.contains_item(5));
     AList<int> twos{2, 1, 2, 2};
     EXPECT_EQ(twos.remove_item(2), 3u);
-    EXPECT_EQ(twos.remove_item(2), 0u);
     EXPECT_EQ(ints_of(twos), Ints{1});
 }
 
@@ -136,9 +105,6 @@ TEST(AList, SpliceMovesAllEntries)
         to.splice_back(to);
         to.splice_back(from);
         EXPECT_EQ(to.size(), 4u);
-        from.splice_back(to);
-        EXPECT_EQ(ints_of(from), (Ints{1, 2, 3, 4}));
-        EXPECT_TRUE(to.empty());
     }
 }
 
@@ -222,17 +188,12 @@ TEST(AList, CopiesOnManyThreads)
 
 TEST(AStringList, TakesSeveralAtOnce)
 {
-    AStringList list{AString::l1("a"), AString::l1("b"), AString::l1("c"), AString::l1("ab")};
-    EXPECT_EQ(list.join(AString::l1(", ")), AString::l1("a, b, c, ab"));
-    EXPECT_EQ(list.filter(AString::l1("a")), (AStringList{AString::l1("a"), AString::l1("ab")}));
-    EXPECT_EQ(AString(list), AString::l1("abcab"));
-    EXPECT_EQ(list.pop_back(2), (AStringList{AString::l1("c"), AString::l1("ab")}));
-    EXPECT_EQ(list.pop_front(9), (AStringList{AString::l1("a"), AString::l1("b")}));
-    EXPECT_TRUE(list.empty());
-    EXPECT_EQ(list.pop_front(), AString());
-    list += AString::l1("x");
+    AStringList list{AString::l1("a"), AString::l1("b"), AString::l1("ab")};
+    EXPECT_EQ(list.filter(AString::l1("a")).join(AString::l1(", ")), AString::l1("a, ab"));
+    EXPECT_EQ(AString(list.pop_back(2)), AString::l1("bab"));
     list += list + AString::l1("y");
-    EXPECT_EQ(list.join(AString()), AString::l1("xxy"));
+    EXPECT_EQ(AString(list.pop_front(9)), AString::l1("aay"));
+    EXPECT_TRUE(list.empty());
 }
 
 } // namespace

@@ -139,6 +139,10 @@ private:
         ASSERT_EQ(pair.ours.length(), pair.model.size());
         ASSERT_TRUE(characters(pair.ours) == pair.model);
         ASSERT_EQ(pair.ours.hash(), model_hash(pair.model));
+        std::u32string backwards;
+        for (auto at = pair.ours.end(); backwards.size() < pair.model.size();)
+            backwards += static_cast<char32_t>((--at)->ord());
+        ASSERT_TRUE(std::equal(backwards.begin(), backwards.end(), pair.model.rbegin()));
         const unsigned i = below(pair.ours.length() + 1);
         ASSERT_EQ(pair.ours.getchar(i, to_achar(U'!')),
                   to_achar(i < pair.model.size() ? pair.model[i] : U'!'));

@@ -23,13 +23,8 @@ void expect_parse(const Row& row, bool (AString::*parse)(T*) const, std::optiona
 
 TEST(AStringNumbers, ParseUnsigned)
 {
-    const struct
-    {
-        const char* text;
-        std::optional<std::uint64_t> value;
-    } rows[] = {
+    const std::pair<const char*, std::optional<std::uint64_t>> rows[] = {
         {"0", 0},
-        {"42", 42},
         {" \t42\r\n", 42},
         {"007", 7},
         {"18446744073709551615", UINT64_MAX},
@@ -38,36 +33,23 @@ TEST(AStringNumbers, ParseUnsigned)
         {"0x20", 20},                                    // digits of any kind, base 10
         {"0x10", 10},
         {"0x1F", 25},
-        {"0x1f", 25},
         {"0xZ", 35},
         {"0x", {}},
         {"0x 1", {}},
         {"0X10", {}},
-        {"x10", {}},
-        {"00x1", {}},
         {"", {}},
-        {"  ", {}},
-        {"1 2", {}},
         {"12a", {}},
         {"-1", {}},
-        {"+1", {}},
     };
-    for (const auto& row : rows)
-        expect_parse(row.text, &AString::to_uint64_t, row.value);
-    const AString split_over_segments = AString::rep(AString::l1(" "), 60) + AString::l1("123456789");
-    unsigned value = 0;
-    EXPECT_TRUE(split_over_segments.to_unsigned(&value));
-    EXPECT_EQ(value, 123456789u);
+    for (const auto& [text, value] : rows)
+        expect_parse(text, &AString::to_uint64_t, value);
+    expect_parse<std::uint64_t>((std::string(60, ' ') + "123456789").c_str(), &AString::to_uint64_t,
+                                123456789);
 }
 
 TEST(AStringNumbers, ParseSigned)
 {
-    const struct
-    {
-        const char* text;
-        std::optional<std::int64_t> value;
-    } rows[] = {
-        {"5", 5},
+    const std::pair<const char*, std::optional<std::int64_t>> rows[] = {
         {"+5", 5},
         {" -5 ", -5},
         {"-0", 0},
@@ -77,14 +59,10 @@ TEST(AStringNumbers, ParseSigned)
         {"-9223372036854775808", INT64_MIN},
         {"-9223372036854775809", {}},
         {"-", {}},
-        {"+", {}},
-        {"", {}},
-        {"--5", {}},
         {"+-5", {}},
-        {"- 5", {}},
     };
-    for (const auto& row : rows)
-        expect_parse(row.text, &AString::to_int64_t, row.value);
+    for (const auto& [text, value] : rows)
+        expect_parse(text, &AString::to_int64_t, value);
 }
 
 /// The limits of `T` parse, one beyond them doesn't.
@@ -113,57 +91,32 @@ TEST(AStringNumbers, EachTypeHasItsRange)
     expect_range(&AString::to_int16_t);
     expect_range(&AString::to_int32_t);
     expect_range(&AString::to_int64_t);
-    expect_range(&AString::to_int);
     expect_range(&AString::to_long);
-    expect_range(&AString::to_long_long);
-    expect_range(&AString::to_short);
-    expect_range(&AString::to_signed_int);
-    expect_range(&AString::to_signed_long);
-    expect_range(&AString::to_signed_long_long);
     expect_range(&AString::to_signed_short);
     expect_range(&AString::to_uint8_t);
     expect_range(&AString::to_uint16_t);
     expect_range(&AString::to_uint32_t);
     expect_range(&AString::to_uint64_t);
-    expect_range(&AString::to_unsigned);
-    expect_range(&AString::to_unsigned_int);
     expect_range(&AString::to_unsigned_long);
-    expect_range(&AString::to_unsigned_long_long);
     expect_range(&AString::to_unsigned_short);
 }
 
 TEST(AStringNumbers, Make)
 {
-    const struct
-    {
-        AString text;
-        const char* expected;
-    } rows[] = {
-        {AString::from_int(0), "0"},
+    const std::pair<AString, const char*> rows[] = {
         {AString::from_int(-5, 4, '0'), "-005"}, // the sign stands before the fill
         {AString::from_int(-5, 4, ' '), "-  5"},
-        {AString::from_int(5, -4, ' '), "5   "},
         {AString::from_int(-5, -4, '.'), "-5.."},
         {AString::from_int(-5, 1, '0'), "-5"},
-        {AString::from_int(12345, 3, '0'), "12345"},
         {AString::from_int64_t(INT64_MIN), "-9223372036854775808"},
         {AString::from_uint64_t(UINT64_MAX, 22, '0'), "0018446744073709551615"},
         {AString::from_int8_t(-128), "-128"},
         {AString::from_uint8_t(255), "255"},
-        {AString::from_int16_t(-32768), "-32768"},
-        {AString::from_uint16_t(65535), "65535"},
-        {AString::from_int32_t(INT32_MIN), "-2147483648"},
-        {AString::from_uint32_t(UINT32_MAX), "4294967295"},
-        {AString::from_short(-1), "-1"},
         {AString::from_long(-1), "-1"},
-        {AString::from_long_long(-1), "-1"},
-        {AString::from_unsigned(1), "1"},
-        {AString::from_unsigned_short(1), "1"},
         {AString::from_unsigned_long(1), "1"},
-        {AString::from_unsigned_long_long(1), "1"},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(row.text.to_string(), row.expected);
+    for (const auto& [text, expected] : rows)
+        EXPECT_EQ(text.to_string(), expected);
 }
 
 TEST(AStringNumbers, Sprintf)

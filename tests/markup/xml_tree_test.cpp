@@ -6,17 +6,15 @@
 
 namespace {
 
-AString s(const char* text)
-{
-    return AString::l1(text);
-}
+constexpr auto s = AString::l1;
 
 XMLTree leaf(const char* tag, const char* content)
 {
     return XMLTree(s(tag), s(content));
 }
 
-std::string text_of(const XMLTree& tree, XMLTree::FlattenStyle style, bool collapse)
+std::string text_of(const XMLTree& tree, XMLTree::FlattenStyle style = XMLTree::flatten_compact,
+                    bool collapse = true)
 {
     std::string sent;
     auto sink = [&sent](const char* bytes, unsigned n) { sent.append(bytes, n); };
@@ -34,58 +32,36 @@ TEST(XMLTree, WritesEachStyle)
 {
     XMLTree tree(s("cmd"), leaf("xid", "1"));
     tree += XMLTree(s("list"), XMLTree(s("empty")));
-    tree += XMLTree(s("none"));
-    const struct
-    {
-        XMLTree::FlattenStyle style;
-        bool collapse;
-        const char* text;
-    } rows[] = {
-        {XMLTree::flatten_compact, true, "<cmd><xid>1</xid><list><empty /></list><none /></cmd>"},
-        {XMLTree::flatten_compact, false, "<cmd><xid>1</xid><list><empty></empty></list><none></none></cmd>"},
-        {XMLTree::flatten_lines, true,
-         "<cmd>\r\n<xid>1</xid>\r\n<list>\r\n<empty />\r\n</list>\r\n<none />\r\n</cmd>"},
-        {XMLTree::flatten_indented, true,
-         "<cmd>\r\n    <xid>1</xid>\r\n    <list>\r\n        <empty />\r\n    </list>\r\n    <none "
-         "/>\r\n</cmd>"},
-    };
-    for (const auto& row : rows)
-        EXPECT_EQ(text_of(tree, row.style, row.collapse), row.text) << row.style;
+    EXPECT_EQ(text_of(tree), "<cmd><xid>1</xid><list><empty /></list></cmd>");
+    EXPECT_EQ(text_of(tree, XMLTree::flatten_compact, false),
+              "<cmd><xid>1</xid><list><empty></empty></list></cmd>");
+    EXPECT_EQ(text_of(tree, XMLTree::flatten_lines),
+              "<cmd>\r\n<xid>1</xid>\r\n<list>\r\n<empty />\r\n</list>\r\n</cmd>");
+    EXPECT_EQ(text_of(tree, XMLTree::flatten_indented),
+              "<cmd>\r\n    <xid>1</xid>\r\n    <list>\r\n        <empty />\r\n    </list>\r\n</cmd>");
+    EXPECT_EQ(text_of(tree, static_cast<XMLTree::FlattenStyle>(3)), "");
+    EXPECT_EQ(text_of(XMLTree()), "");
+    const std::string content(700, 'x'); // longer than a segment and than what is sent at once
+    EXPECT_EQ(text_of(leaf("t", content.c_str())), "<t>" + content + "</t>");
 }
 
 TEST(XMLTree, EscapesTextAndAttributeValuesButNotKeys)
 {
     XMLTree tree = leaf("a", "a<b & 'c' > \"d\"");
-    EXPECT_EQ(text_of(tree, XMLTree::flatten_compact, true),
-              "<a>a&lt;b &amp; &apos;c&apos; &gt; &quot;d&quot;</a>");
+    EXPECT_EQ(text_of(tree), "<a>a&lt;b &amp; &apos;c&apos; &gt; &quot;d&quot;</a>");
     tree.set_content(AString());
     tree.attr()[s("z")] = s("1");
     tree.attr()[s("k&")] = s("<\"");
-    EXPECT_EQ(text_of(tree, XMLTree::flatten_compact, true), "<a k&=\"&lt;&quot;\" z=\"1\" />");
-}
-
-TEST(XMLTree, WritesUnicodeAndLongTextWhole)
-{
-    std::string content;
-    for (int i = 0; i < 700; ++i)
-        content += i % 7 == 0 ? "\xF0\x9F\x8E\xAC" : i % 5 == 0 ? "\xC3\xA9" : "x";
-    const XMLTree tree(s("t"), AString::from_utf8(content.data(), static_cast<unsigned>(content.size())));
-    EXPECT_EQ(text_of(tree, XMLTree::flatten_lines, true), "<t>" + content + "</t>");
+    EXPECT_EQ(text_of(tree), "<a k&=\"&lt;&quot;\" z=\"1\" />");
 }
 
 TEST(XMLTree, HidesTextBehindSubnodes)
 {
     XMLTree tree = leaf("a", "x");
     tree.add_subnode(leaf("b", "y"));
-    EXPECT_EQ(text_of(tree, XMLTree::flatten_compact, true), "<a><b>y</b></a>");
+    EXPECT_EQ(text_of(tree), "<a><b>y</b></a>");
     tree.set_content(s("z"));
-    EXPECT_EQ(text_of(tree, XMLTree::flatten_compact, true), "<a>z</a>");
-}
-
-TEST(XMLTree, NullTreeAndUnknownStyleWriteNothing)
-{
-    EXPECT_EQ(text_of(XMLTree(), XMLTree::flatten_lines, true), "");
-    EXPECT_EQ(text_of(leaf("a", "x"), static_cast<XMLTree::FlattenStyle>(3), true), "");
+    EXPECT_EQ(text_of(tree), "<a>z</a>");
 }
 
 TEST(XMLTree, LooksUpDirectSubnodesInOrder)
@@ -99,9 +75,7 @@ TEST(XMLTree, LooksUpDirectSubnodesInOrder)
     XMLTree first;
     EXPECT_EQ(tree.count_subnodes(s("a"), &first), 2u);
     EXPECT_EQ(first.get_content(), s("1"));
-    EXPECT_EQ(tree.get_subnodes(s("a")).back().get_content(), s("3"));
     EXPECT_FALSE(tree.has_subnodes(s("deep")));
-    EXPECT_TRUE(tree.get_subnode(s("c")).has_tag_z("c"));
     const XMLTree& missing = tree.get_subnode(s("x"));
     EXPECT_TRUE(missing.is_null());
     EXPECT_EQ(&missing, &XMLTree().get_subnode(s("y")));
@@ -119,13 +93,12 @@ TEST(XMLTree, ChangesOnlyTheFirstOfItsTagAndOnlyItself)
     tree.set_subnode(s("a"), s("new"));
     tree.set_subnode(leaf("b", "added"));
     tree.get_modifiable_subnode(s("b"))->set_content(s("changed"));
-    EXPECT_EQ(text_of(tree, XMLTree::flatten_compact, true),
-              "<r><a k=\"v\">new</a><a>2</a><b>changed</b></r>");
-    EXPECT_EQ(text_of(before, XMLTree::flatten_compact, true), "<r><a k=\"v\">1</a><a>2</a></r>");
+    EXPECT_EQ(text_of(tree), "<r><a k=\"v\">new</a><a>2</a><b>changed</b></r>");
+    EXPECT_EQ(text_of(before), "<r><a k=\"v\">1</a><a>2</a></r>");
 
     EXPECT_EQ(tree.remove_subnodes(s("a")), 2u);
     EXPECT_EQ(tree.remove_subnodes(s("a")), 0u);
-    EXPECT_EQ(text_of(tree, XMLTree::flatten_compact, true), "<r><b>changed</b></r>");
+    EXPECT_EQ(text_of(tree), "<r><b>changed</b></r>");
     EXPECT_EQ(before.count_subnodes(), 2u);
 }
 
@@ -134,8 +107,7 @@ TEST(XMLTree, AddsItselfToItself)
     XMLTree tree(s("a"), leaf("b", "1"));
     tree += tree;
     tree.add_subnodes(tree.get_subnodes());
-    EXPECT_EQ(text_of(tree, XMLTree::flatten_compact, true),
-              "<a><b>1</b><a><b>1</b></a><b>1</b><a><b>1</b></a></a>");
+    EXPECT_EQ(text_of(tree), "<a><b>1</b><a><b>1</b></a><b>1</b><a><b>1</b></a></a>");
 }
 
 // One walks down a message by assigning to one variable.
@@ -149,24 +121,16 @@ TEST(XMLTree, BecomesAPartOfItself)
     const char* const inner = "<b k=\"v\"><c>text that is longer than a value would keep alive</c></b>";
     XMLTree tree = make();
     tree = tree.get_subnode(s("b"));
-    EXPECT_EQ(text_of(tree, XMLTree::flatten_compact, true), inner);
+    EXPECT_EQ(text_of(tree), inner);
     tree = make();
     tree = std::move(*tree.get_modifiable_subnode(s("b")));
-    EXPECT_EQ(text_of(tree, XMLTree::flatten_compact, true), inner);
+    EXPECT_EQ(text_of(tree), inner);
     tree = make();
     EXPECT_EQ(tree.count_subnodes(s("b"), &tree), 1u);
-    EXPECT_EQ(text_of(tree, XMLTree::flatten_compact, true), inner);
+    EXPECT_EQ(text_of(tree), inner);
 
     tree.set_content(tree.get_subnode(s("c")).get_content());
-    EXPECT_EQ(text_of(tree, XMLTree::flatten_compact, true),
-              "<b k=\"v\">text that is longer than a value would keep alive</b>");
-}
-
-TEST(XMLTree, NumbersAreDecimalText)
-{
-    EXPECT_EQ(XMLTree(s("n"), 4294967295u).get_content(), s("4294967295"));
-    EXPECT_EQ(XMLTree(s("n"), INT64_MIN).get_content(), s("-9223372036854775808"));
-    EXPECT_EQ(XMLTree(s("n"), UINT64_MAX).get_content(), s("18446744073709551615"));
+    EXPECT_EQ(text_of(tree), "<b k=\"v\">text that is longer than a value would keep alive</b>");
 }
 
 // A peer chooses how deep a tree is, so nothing may cost stack for each level.

@@ -65,15 +65,4 @@ TEST(Thread, MayJoinItself)
         std::this_thread::yield();
 }
 
-TEST(Thread, TakesAnyPriorityOrRefusesHarmlessly)
-{
-    Thread thread;
-    thread.start(
-        [](void*) {
-            for (const int priority : {-1000, -15, -2, 1, 2, 15, 1000})
-                skuan::platform::set_current_thread_priority(priority);
-        },
-        nullptr, 0);
-}
-
 } // namespace

@@ -11,10 +11,7 @@ using support::MemoryClient;
 using support::Recorder;
 using Calls = std::vector<std::string>;
 
-AString l1(const char* text)
-{
-    return AString::l1(text);
-}
+constexpr auto l1 = AString::l1;
 
 TEST(API, a_command_is_these_bytes)
 {
@@ -37,38 +34,21 @@ TEST(API, an_optional_argument_leaves_an_element_only_if_it_is_present)
     client.expect(client.cmd_download_clipids(d, r.ok(), r.text(), r.error()), full);
     client.expect(client.cmd_download_clipids(true, d, r.ok(), r.text(), r.error()), full);
     client.expect(client.cmd_download_clipids(false, d, r.ok(), r.text(), r.error()), bare);
-
-    KVRP3::APICommand& sender = client;
-    sender.cmd_watch_metadata_database(l1("mine"), l1("db"), l1("p"));
-    client.expect(l1("mine"), "<watch_metadata_database>\n<MetadataDatabase>db</MetadataDatabase>\n"
-                              "<MetadataPrefix>p</MetadataPrefix>\n</watch_metadata_database>");
 }
 
 TEST(API, without_callbacks_nothing_is_kept_and_the_xid_says_so)
 {
     MemoryClient client;
     Recorder recorder;
-    const AString before = client.cmd_sync(recorder.ok(), recorder.error());
+    const AString before =
+        client.cmd_get_version_info({}, recorder.error()); // one callback is enough to wait
     const AString xid = client.cmd_sync(AFunction(), AFunction2<AString, KVRP3::ErrorCode>());
     EXPECT_EQ(xid.to_string(), "none" + std::to_string(std::stoi(before.to_string()) + 1));
-    client.take();
-    client.cmd_delete_clip(l1("c"));
-    client.expect(l1(("none" + std::to_string(std::stoi(before.to_string()) + 2)).c_str()),
-                  "<delete_clip>\n<ClipID>c</ClipID>\n</delete_clip>");
     EXPECT_EQ(client.outstanding_commands(), 1u);
     client.reply(xid, "<ok />");
     EXPECT_TRUE(client.parse_ok());
-    EXPECT_EQ(recorder.calls, Calls());
     EXPECT_EQ(client.outstanding_commands(), 1u);
-}
-
-TEST(API, one_callback_is_enough_to_wait_for_the_answer)
-{
-    MemoryClient client;
-    Recorder recorder;
-    const AString xid = client.cmd_get_version_info({}, recorder.error());
-    EXPECT_EQ(client.outstanding_commands(), 1u);
-    client.reply(xid, "<version_info><SVNVersion>1</SVNVersion><SVNPath>p</SVNPath></version_info>");
+    client.reply(before, "<version_info><SVNVersion>1</SVNVersion><SVNPath>p</SVNPath></version_info>");
     EXPECT_EQ(client.outstanding_commands(), 0u);
     EXPECT_EQ(recorder.calls, Calls());
 }
@@ -134,16 +114,6 @@ TEST(API, a_forgotten_command_hears_nothing)
     EXPECT_EQ(r.calls, Calls());
 }
 
-TEST(API, destruction_calls_nothing)
-{
-    Recorder r;
-    {
-        MemoryClient client;
-        client.cmd_sync(r.ok(), r.error());
-    }
-    EXPECT_EQ(r.calls, Calls());
-}
-
 TEST(API, all_commands_fail_in_the_text_order_of_their_xids)
 {
     struct Entry
@@ -172,16 +142,6 @@ TEST(API, all_commands_fail_in_the_text_order_of_their_xids)
     EXPECT_EQ(client.outstanding_commands(), 0u);
 }
 
-TEST(API, a_command_on_a_dead_transport_fails_before_the_call_returns)
-{
-    MemoryClient client;
-    Recorder r;
-    client.dead = true;
-    client.cmd_sync(r.ok(), r.error());
-    EXPECT_EQ(r.calls, Calls{"general: Failing all outstanding commands"});
-    EXPECT_EQ(client.outstanding_commands(), 0u);
-}
-
 TEST(API, a_callback_may_send_again_on_the_dead_transport)
 {
     struct Stubborn
@@ -199,7 +159,7 @@ TEST(API, a_callback_may_send_again_on_the_dead_transport)
         }
     } stubborn;
     stubborn.client.dead = true;
-    stubborn.issue();
+    stubborn.issue(); // fails before it returns
     EXPECT_EQ(stubborn.failures, 5);
     EXPECT_EQ(stubborn.client.outstanding_commands(), 0u);
 }
@@ -225,12 +185,9 @@ TEST(API, the_sink_gets_chunks_of_at_most_1500_bytes)
         MemoryClient client;
         const std::string text(length, 'x');
         client.cmd_debug_label(AString::from_utf8(text.data(), length));
-        for (std::size_t i = 0; i < client.chunks.size(); ++i) {
-            EXPECT_LE(client.chunks[i].size(), 1500u);
-            if (i + 1 < client.chunks.size()) {
-                EXPECT_EQ(client.chunks[i].size(), 1500u);
-            }
-        }
+        EXPECT_LE(client.chunks.back().size(), 1500u);
+        for (std::size_t i = 0; i + 1 < client.chunks.size(); ++i)
+            EXPECT_EQ(client.chunks[i].size(), 1500u);
         EXPECT_NE(client.take().find("<DebugString>" + text + "</DebugString>"), std::string::npos);
     }
 }

@@ -1,15 +1,12 @@
 // A client of a few lines on a plain socket, so that nothing of ours stands between test and server.
 #pragma once
 
-#include <simulator/server_thread.h>
-#include <support/loopback_address.h>
+#include <support/program.h>
+#include <support/station.h>
 
-#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTcpSocket>
 #include <QThread>
-
-#include <gtest/gtest.h>
 
 /// Longer than anything takes that a test waits for; only a failing test uses it up.
 constexpr int patience_ms = 10000;
@@ -25,14 +22,19 @@ bool wait_until(Condition condition)
     return true;
 }
 
+class SimulatorTest : public testing::Test
+{
+protected:
+    static void SetUpTestSuite() { support::need_application(); }
+};
+
 class PlainClient
 {
 public:
-    explicit PlainClient(const simulator::Server& server)
+    explicit PlainClient(const support::Station& station)
     {
-        const QString place = server.place();
-        socket.connectToHost(place.left(place.lastIndexOf(QLatin1Char(':'))), server.port());
-        EXPECT_TRUE(socket.waitForConnected(patience_ms)) << qPrintable(place);
+        socket.connectToHost(station.address(), station->port());
+        EXPECT_TRUE(socket.waitForConnected(patience_ms)) << qPrintable(station->place());
         socket.setSocketOption(QAbstractSocket::LowDelayOption, 1);
     }
 
@@ -53,29 +55,23 @@ public:
             bytes += socket.readAll();
         return bytes + (enough(bytes) ? QByteArray() : socket.readAll());
     }
-
     QByteArray read_bytes(int count)
     {
         return read_until([count](const QByteArray& bytes) { return bytes.size() >= count; });
     }
-
     QByteArray read_replies(int count)
     {
         return read_until([count](const QByteArray& bytes) { return bytes.count("</reply>\r\n") >= count; });
     }
-
-    /// Everything until the server closes.
     QByteArray read_all()
     {
         return read_until([](const QByteArray&) { return false; });
     }
-
     QByteArray ask(const QByteArray& message, int replies = 1)
     {
         send(message);
         return read_replies(replies);
     }
-
     bool is_closed()
     {
         return socket.state() == QAbstractSocket::UnconnectedState || socket.waitForDisconnected(patience_ms);
@@ -84,54 +80,26 @@ public:
     QTcpSocket socket;
 };
 
-/// A server of the test's own, started with the faults.
-class SimulatorTest : public testing::Test
+/// A whole command, and a whole reply as the server writes it.
+inline QByteArray cmd(const QByteArray& xid, const QByteArray& body)
 {
-protected:
-    static void SetUpTestSuite()
-    {
-        static int argc = 1;
-        static char name[] = "simulator_test";
-        static char* argv[] = {name, nullptr};
-        static QCoreApplication application(argc, argv);
-    }
-
-    simulator::Server& start(simulator::Settings settings = {})
-    {
-        settings.address = QHostAddress(QString::fromStdString(support::own_loopback_address()));
-        thread = std::make_unique<simulator::ServerThread>(settings);
-        EXPECT_TRUE(thread->start()) << qPrintable(thread->error_text());
-        return *thread->server();
-    }
-
-    simulator::Server& start(const simulator::Faults& faults)
-    {
-        simulator::Settings settings;
-        settings.faults = faults;
-        return start(settings);
-    }
-
-    std::unique_ptr<simulator::ServerThread> thread;
-};
-
-/// A whole command.
-inline QByteArray cmd(const char* xid, const QByteArray& body)
+    return "<cmd>\r\n<xid>" + xid + "</xid>\r\n" + body + "\r\n</cmd>";
+}
+inline QByteArray reply(const QByteArray& xid, const QByteArray& body)
 {
-    return QByteArray("<cmd>\r\n<xid>") + xid + "</xid>\r\n" + body + "\r\n</cmd>";
+    return "<reply>\r\n<xid>" + xid + "</xid>\r\n" + body + "\r\n</reply>\r\n";
 }
 
-/// A whole reply, as the server writes it.
-inline QByteArray reply(const char* xid, const QByteArray& body)
+/// Questions for the server's name, with the xids `from` to `to`, and the answers to them.
+inline QByteArray names(int from, int to)
 {
-    return QByteArray("<reply>\r\n<xid>") + xid + "</xid>\r\n" + body + "\r\n</reply>\r\n";
+    const QByteArray first = cmd(QByteArray::number(from), "<get_computer_name />");
+    return from < to ? first + names(from + 1, to) : first;
 }
-
-inline QByteArray name_command(const char* xid)
+inline QByteArray name_replies(int from, int to)
 {
-    return cmd(xid, "<get_computer_name />");
-}
-
-inline QByteArray name_reply(const char* xid)
-{
-    return reply(xid, "<computername>\r\n<ComputerName>STUDIO-1</ComputerName>\r\n</computername>");
+    const QByteArray first =
+        reply(QByteArray::number(from),
+              "<computername>\r\n<ComputerName>STUDIO-1</ComputerName>\r\n</computername>");
+    return from < to ? first + name_replies(from + 1, to) : first;
 }
