@@ -322,7 +322,8 @@ TEST_F(APIQt, takes_a_flood_no_faster_than_it_can_be_worked_through)
     });
     client.connect_to_server(station.address());
     wait_until([&] { return count == faults.flood_count; });
-    EXPECT_LT(peak_mb() - before, 60);
+    if (support::size_tells)
+        EXPECT_LT(peak_mb() - before, 60);
 }
 
 TEST_F(APIQt, can_be_destroyed_in_every_state)
