@@ -33,11 +33,13 @@ void APIParser::parse(const XMLTree& message)
         xid = element->get_content();
     }
     int number;
-    if (const XMLTree* body = find_body(message, is_reply ? reply_numbers() : report_numbers(), &number))
+    const EnumString& numbers = is_reply ? reply_numbers() : report_numbers();
+    if (const XMLTree* body = find_body(message, numbers, xid, &number))
         dispatch(number, xid, *body);
 }
 
-const XMLTree* APIParser::find_body(const XMLTree& message, const EnumString& numbers, int* number)
+const XMLTree* APIParser::find_body(const XMLTree& message, const EnumString& numbers, const AString& xid,
+                                    int* number)
 {
     const XMLTree* body = nullptr;
     for (const auto* entry = message.get_subnodes().first_entry(); entry; entry = entry->next) {
@@ -45,14 +47,14 @@ const XMLTree* APIParser::find_body(const XMLTree& message, const EnumString& nu
         if (found < 0)
             continue; // the xid, or something that a newer server has added
         if (body) {
-            store_error(AString(), AString::l1("XML Message contains multiple commands"));
+            store_error(xid, AString::l1("XML Message contains multiple commands"));
             return nullptr;
         }
         body = &entry->value;
         *number = found;
     }
     if (!body)
-        store_error(AString(), AString::l1("XML Message contains no commands"));
+        store_error(xid, AString::l1("XML Message contains no commands"));
     return body;
 }
 
