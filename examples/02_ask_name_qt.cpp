@@ -29,7 +29,7 @@ int main(int argc, char** argv)
                      [&] { server.cmd_get_computer_name(show, complain); });
     QObject::connect(&server, &KVRP3::APIQt::stateChanged, [](QAbstractSocket::SocketState state) {
         if (state == QAbstractSocket::UnconnectedState)
-            QCoreApplication::exit(1);
+            complain(AString::l1("no connection"), KVRP3::ErrorCode_general);
     });
     server.connect_to_server(QHostAddress(argc > 1 ? argv[1] : "127.0.0.1"));
     return QCoreApplication::exec();

@@ -19,6 +19,13 @@ public:
                                     AFunction2<AString, KVRP3::ErrorCode>::member<&Listing::complain>(this));
     }
 
+    // A connection that is lost ends the command here too.
+    void complain(AString message, KVRP3::ErrorCode)
+    {
+        std::fprintf(stderr, "no listing: %s\n", message.to_string().c_str());
+        QCoreApplication::exit(1);
+    }
+
 private:
     void show(AString clip)
     {
@@ -32,13 +39,6 @@ private:
         QCoreApplication::exit(0);
     }
 
-    // A connection that is lost ends the command here too.
-    void complain(AString message, KVRP3::ErrorCode)
-    {
-        std::fprintf(stderr, "no listing: %s\n", message.to_string().c_str());
-        QCoreApplication::exit(1);
-    }
-
     unsigned count_ = 0;
 };
 
@@ -48,9 +48,9 @@ int main(int argc, char** argv)
     Listing listing; // stays until no server is left to call it
     KVRP3::APIQt server(nullptr);
     QObject::connect(&server, &KVRP3::APIQt::connected, [&] { listing.ask(server); });
-    QObject::connect(&server, &KVRP3::APIQt::stateChanged, [](QAbstractSocket::SocketState state) {
+    QObject::connect(&server, &KVRP3::APIQt::stateChanged, [&](QAbstractSocket::SocketState state) {
         if (state == QAbstractSocket::UnconnectedState)
-            QCoreApplication::exit(1);
+            listing.complain(AString::l1("no connection"), KVRP3::ErrorCode_general);
     });
     server.connect_to_server(QHostAddress(argc > 1 ? argv[1] : "127.0.0.1"));
     return QCoreApplication::exec();

@@ -51,8 +51,11 @@ TEST(Examples, EndWithoutAServer)
 {
     support::need_application();
     const QString nobody = QString::fromStdString(support::own_loopback_address());
-    for (const char* example : {"02_ask_name_qt", "03_list_clips", "04_watch_reports"})
-        EXPECT_EQ(run(path_of(example), {nobody}).code, 1) << example;
+    for (const char* example : {"02_ask_name_qt", "03_list_clips", "04_watch_reports"}) {
+        const auto ran = run(path_of(example), {nobody});
+        EXPECT_EQ(ran.code, 1) << example;
+        EXPECT_THAT(ran.err.toStdString(), EndsWith(": no connection\n")) << example;
+    }
 }
 
 } // namespace
