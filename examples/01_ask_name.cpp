@@ -42,5 +42,8 @@ int main(int argc, char** argv)
     const QHostAddress host(argc > 1 ? argv[1] : "127.0.0.1");
     NameClient client(host.toIPv4Address());
     client.run_forever_in_own_thread(0);
-    return client.answered.semTake(10'000) ? 0 : 1;
+    if (client.answered.semTake(10'000))
+        return 0;
+    std::fprintf(stderr, "no answer within 10 s\n");
+    return 1;
 }
