@@ -65,7 +65,6 @@ TEST(AFunction, OrdersByKindThenByTheWordsInUse)
     const std::vector<AFunction> rising = {
         AFunction([] {}),
         AFunction(number, 1),
-        AFunction(number, 2),
         AFunction(one, &words[0]),
         AFunction(one, &words[1]),
         AFunction(two, &words[0], &words[0]),

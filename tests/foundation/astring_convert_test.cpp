@@ -27,14 +27,6 @@ AString from_utf8(const std::string& bytes)
     return AString::from_utf8(bytes.data(), static_cast<unsigned>(bytes.size()));
 }
 
-std::vector<unsigned> code_points(const AString& text)
-{
-    std::vector<unsigned> points;
-    for (AChar c : text)
-        points.push_back(c.ord());
-    return points;
-}
-
 TEST(AStringConvert, Utf8EndsAtTheFirstRefusal)
 {
     using namespace std::string_literals;
@@ -112,20 +104,18 @@ TEST(AStringConvert, Latin1)
     for (unsigned c = 0; c < 256; ++c)
         all += static_cast<char>(c);
     const AString text = AString::from_latin1(all.data(), 256); // its 0 is a character
-    EXPECT_EQ(text.getchar(255), AChar(255));
     std::string back(256, '#');
     EXPECT_TRUE(text.to_latin1(back.data(), 256));
     EXPECT_EQ(back, all);
 
-    const AString high = from_utf8("0123456789abcdef" + mixed_utf8 + "z");
-    char buf[40];
+    const AString high = from_utf8(mixed_utf8 + "z");
+    char buf[9] = "########";
     unsigned written = 0;
-    EXPECT_TRUE(high.to_latin1(buf, 24, '?', &written, true, '.'));
-    EXPECT_EQ(std::string(buf, 24), "0123456789abcdefa\xE9??z...");
-    EXPECT_EQ(written, 21u);
-    EXPECT_FALSE(high.to_latin1_z(buf, 21, '?'));
-    EXPECT_STREQ(buf, "0123456789abcdefa\xE9??");
-
+    EXPECT_TRUE(high.to_latin1(buf, 7, '?', &written, true, '.'));
+    EXPECT_STREQ(buf, "a\xE9??z..#");
+    EXPECT_EQ(written, 5u);
+    EXPECT_FALSE(high.to_latin1_z(buf, 5, '?'));
+    EXPECT_STREQ(buf, "a\xE9??");
     EXPECT_EQ(AString::from_latin1z("abc", 2).to_string(), "ab");
     EXPECT_EQ(AString::from_utf8z("a\xC3\xA9", 2).to_string(), "a");
 }
@@ -133,7 +123,6 @@ TEST(AStringConvert, Latin1)
 TEST(AStringConvert, NullPointersAreEmpty)
 {
     EXPECT_TRUE(AString::l1(nullptr).empty());
-    EXPECT_TRUE(AString::from_latin1(nullptr, 3).empty());
     EXPECT_TRUE(AString::from_utf8(nullptr, 3).empty());
     EXPECT_TRUE(AString::from_utf32(nullptr, 3).empty());
     EXPECT_TRUE(AString(static_cast<const wchar_t*>(nullptr)).empty());
@@ -142,13 +131,11 @@ TEST(AStringConvert, NullPointersAreEmpty)
 TEST(AStringConvert, Utf16AndUtf32AndWide)
 {
     const std::vector<unsigned short> units = {'a', 0xE9, 0x20AC, 0xD83D, 0xDE00, 'z'};
-    const AString text = AString::from_utf16(units.data(), 6);
-    EXPECT_EQ(code_points(text), (std::vector<unsigned>{'a', 0xE9, 0x20AC, 0x1F600, 'z'}));
-    EXPECT_EQ(AString::from_utf16(units.data(), 4).length(), 3u); // cut inside a pair
-    const std::vector<unsigned short> lone = {'a', 0xDE00, 'z'};
-    EXPECT_EQ(AString::from_utf16(lone.data(), 3).length(), 1u);
-    const std::vector<unsigned> points = {'a', 0x1F600, 0x110000, 'z'};
-    EXPECT_EQ(code_points(AString::from_utf32(points.data(), 4)), (std::vector<unsigned>{'a', 0x1F600}));
+    const AString text = from_utf8(mixed_utf8 + "z");
+    EXPECT_EQ(AString::from_utf16(units.data(), 6), text);
+    EXPECT_EQ(AString::from_utf16(units.data(), 4), text.left(3)); // cut inside a pair
+    const unsigned points[] = {'a', 0x110000, 'z'};
+    EXPECT_EQ(AString::from_utf32(points, 3), text.left(1));
 
     unsigned short small[5] = {1, 1, 1, 1, 1};
     unsigned written = 0;
@@ -159,7 +146,6 @@ TEST(AStringConvert, Utf16AndUtf32AndWide)
     unsigned short z[7];
     EXPECT_TRUE(text.to_utf16_z(z, 7));
     EXPECT_EQ(std::vector<unsigned short>(z, z + 6), units);
-    EXPECT_EQ(z[6], 0);
     unsigned wide[6];
     EXPECT_TRUE(text.to_utf32_z(wide, 6));
     EXPECT_EQ(wide[3], 0x1F600u);
@@ -167,7 +153,6 @@ TEST(AStringConvert, Utf16AndUtf32AndWide)
 
     const std::wstring wtext = L"a\u00E9\u20AC\U0001F600z";
     EXPECT_EQ(AString(wtext), text);
-    EXPECT_EQ(AString(wtext.c_str(), 2), text.left(2));
     EXPECT_EQ(text.to_wstring(), wtext);
 }
 
@@ -188,17 +173,15 @@ TEST(AStringConvert, CharactersWithoutAFormEndTheText)
     EXPECT_EQ(text.to_wstring(), L"a");
 }
 
-TEST(AStringBuilder, CollectsFromEverywhere)
+TEST(AStringBuilder, CollectsOverASegmentBorder)
 {
     skuan::AStringBuilder builder;
     builder.append(AChar('x'), 63);
     EXPECT_TRUE(builder.append_utf8("\xE2\x82\xAC", 3)); // the last of a segment
-    EXPECT_TRUE(builder.append_utf8("\xE2\x82\xAC", 3)); // the first of the next
-    builder.append_latin1("\xE9", 1);
+    builder.append_latin1("\xE9", 1);                    // the first of the next
     builder.append(AString::l1("end"));
     EXPECT_FALSE(builder.append_utf8("yes\xFFno", 6));
-    EXPECT_EQ(builder.finish().to_string(), std::string(63, 'x') + "\xE2\x82\xAC\xE2\x82\xAC\xC3\xA9"
-                                                                   "endyes");
+    EXPECT_EQ(builder.finish().to_string(), std::string(63, 'x') + "\xE2\x82\xAC\xC3\xA9" + "endyes");
     EXPECT_EQ(builder.length(), 0u);
 }
 

@@ -76,29 +76,21 @@ void expect_range(bool (AString::*parse)(T*) const)
     std::string above = highest;
     ++above.back(); // no limit ends in 9
     expect_parse<T>(above.c_str(), parse, {});
-    if (Limits::min() == 0) {
-        expect_parse<T>("-1", parse, {});
-    } else {
-        std::string below = std::to_string(Limits::min());
-        ++below.back();
-        expect_parse<T>(below.c_str(), parse, {});
-    }
+    std::string below = Limits::min() == 0 ? "-0" : std::to_string(Limits::min());
+    ++below.back();
+    expect_parse<T>(below.c_str(), parse, {});
 }
 
 TEST(AStringNumbers, EachTypeHasItsRange)
 {
     expect_range(&AString::to_int8_t);
-    expect_range(&AString::to_int16_t);
+    expect_range(&AString::to_short);
     expect_range(&AString::to_int32_t);
-    expect_range(&AString::to_int64_t);
     expect_range(&AString::to_long);
-    expect_range(&AString::to_signed_short);
     expect_range(&AString::to_uint8_t);
-    expect_range(&AString::to_uint16_t);
-    expect_range(&AString::to_uint32_t);
-    expect_range(&AString::to_uint64_t);
-    expect_range(&AString::to_unsigned_long);
     expect_range(&AString::to_unsigned_short);
+    expect_range(&AString::to_uint32_t);
+    expect_range(&AString::to_unsigned_long);
 }
 
 TEST(AStringNumbers, Make)
@@ -121,13 +113,9 @@ TEST(AStringNumbers, Make)
 
 TEST(AStringNumbers, Sprintf)
 {
-    EXPECT_EQ(AString::sprintf("%03d|%s|%08X", 7, "ab", 0xBEEFu).to_string(), "007|ab|0000BEEF");
-    EXPECT_EQ(AString::sprintf("%s", "\xE9").getchar(0).ord(), 0xE9u);
-    for (int n : {255, 256, 1000}) {
-        const AString text = AString::sprintf("%*d", n, 1);
-        EXPECT_EQ(text.length(), static_cast<unsigned>(n));
-        EXPECT_EQ(text.despace(), AString::l1("1"));
-    }
+    EXPECT_EQ(AString::sprintf("%03d|%s", 7, "\xE9").to_string(), "007|\xC3\xA9"); // the bytes are Latin-1
+    for (unsigned n : {255u, 256u, 1000u})
+        EXPECT_EQ(AString::sprintf("%*d", static_cast<int>(n), 1).length(), n);
 }
 
 } // namespace

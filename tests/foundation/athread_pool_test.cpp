@@ -1,12 +1,11 @@
 #include <skuan/foundation/athread_pool.h>
 
+#include <support/on_threads.h>
 #include <support/scale.h>
 
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <thread>
-#include <vector>
 
 namespace {
 
@@ -48,15 +47,10 @@ TEST(AThreadPool, LetsManyThreadsWaitForTheirJobs)
     Work work;
     AThreadPool pool(QStringLiteral("pool"), 2);
     work.pool = &pool;
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 3; ++i) {
-        threads.emplace_back([&] {
-            for (int n = 0; n < rounds; ++n)
-                pool.run_job(AFunction::member<&Work::run>(&work));
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
+    support::on_threads(3, [&](unsigned) {
+        for (int n = 0; n < rounds; ++n)
+            pool.run_job(AFunction::member<&Work::run>(&work));
+    });
     EXPECT_EQ(work.runs, 3 * rounds);
     // A worker that waits for its own pool would wait for ever.
     pool.run_job(AFunction::member<&Work::wait_for_another>(&work));

@@ -1,13 +1,12 @@
 // Atomic words: what each operation gives and leaves, at the borders where it could wrap or refuse.
 #include <skuan/foundation/atomic.h>
 
+#include <support/on_threads.h>
 #include <support/scale.h>
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <thread>
-#include <vector>
 
 namespace {
 
@@ -74,52 +73,29 @@ TEST(AtomicUnsigned, NothingIsLostBetweenThreads)
 {
     constexpr unsigned rounds = support::scaled(100'000);
     AtomicUnsigned sum, reserved;
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i) {
-        threads.emplace_back([&] {
-            for (unsigned n = 0; n < rounds; ++n) {
-                ++sum;
-                reserved.increase(rounds);
-            }
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
+    support::on_threads(4, [&](unsigned) {
+        for (unsigned n = 0; n < rounds; ++n) {
+            ++sum;
+            reserved.increase(rounds);
+        }
+    });
     EXPECT_EQ(sum, 4 * rounds);
     EXPECT_EQ(reserved, rounds);
 }
 
-template <typename Word, typename Add, typename Sub>
-void expect_wrapping(Word top, Word bottom, Add add, Sub sub)
-{
-    volatile Word word = top;
-    EXPECT_EQ(add(&word, Word(1)), bottom);
-    EXPECT_EQ(word, bottom);
-    EXPECT_EQ(sub(&word, Word(1)), top);
-    EXPECT_EQ(word, top);
-}
-
 TEST(Atomic, ArithmeticGivesTheNewValueAndWraps)
 {
-    using namespace Atomic;
-    const auto add_32 = [](auto* w, auto n) { return add32(w, n); };
-    const auto sub_32 = [](auto* w, auto n) { return sub32(w, n); };
-    const auto add_64 = [](auto* w, auto n) { return add64(w, n); };
-    const auto sub_64 = [](auto* w, auto n) { return sub64(w, n); };
-    expect_wrapping<std::int32_t>(INT32_MAX, INT32_MIN, add_32, sub_32);
-    expect_wrapping<std::uint32_t>(UINT32_MAX, 0, add_32, sub_32);
-    expect_wrapping<std::int64_t>(INT64_MAX, INT64_MIN, add_64, sub_64);
-    expect_wrapping<std::uint64_t>(UINT64_MAX, 0, add_64, sub_64);
-    expect_wrapping<std::uintptr_t>(
-        UINTPTR_MAX, 0, [](auto* w, auto n) { return addptr(w, n); },
-        [](auto* w, auto n) { return subptr(w, n); });
-
+    volatile std::int32_t small = INT32_MAX;
+    EXPECT_EQ(Atomic::add32(&small, 1), INT32_MIN);
+    EXPECT_EQ(Atomic::sub32(&small, 1), INT32_MAX);
+    volatile std::int64_t large = INT64_MAX;
+    EXPECT_EQ(Atomic::add64(&large, std::int64_t{1}), INT64_MIN);
+    EXPECT_EQ(Atomic::sub64(&large, std::int64_t{1}), INT64_MAX);
     char bytes[2];
     void* volatile place = &bytes[0];
-    EXPECT_EQ(addptr(&place, 1), &bytes[1]);
-    EXPECT_TRUE(casptr(&place, &bytes[1], &bytes[0]));
-    EXPECT_FALSE(casptr(&place, &bytes[1], nullptr));
-    EXPECT_EQ(place, &bytes[0]);
+    EXPECT_EQ(Atomic::addptr(&place, 1), &bytes[1]);
+    EXPECT_FALSE(Atomic::casptr(&place, &bytes[0], nullptr));
+    EXPECT_EQ(place, &bytes[1]);
 }
 
 } // namespace

@@ -1,11 +1,9 @@
 #include <skuan/foundation/atomic_void_vpointer.h>
 
+#include <support/on_threads.h>
 #include <support/scale.h>
 
 #include <gtest/gtest.h>
-
-#include <thread>
-#include <vector>
 
 namespace {
 
@@ -55,30 +53,22 @@ X whole(std::uintptr_t version)
 
 TEST(AtomicVoidVPointer, NobodySeesHalfAValue)
 {
-    constexpr int rounds = support::scaled(2'000'000);
+    constexpr unsigned rounds = support::scaled(2'000'000);
     AtomicVoidVPointer rising, wild; // the second one's versions go up and down
     rising.setX(whole(1));
     wild.setX(whole(1));
-    std::vector<std::thread> threads;
-    for (std::uintptr_t writer = 0; writer < 2; ++writer) {
-        threads.emplace_back([&, writer] {
-            for (int n = 0; n < rounds; ++n) {
+    support::on_threads(4, [&](unsigned thread) {
+        for (unsigned n = 0; n < rounds; ++n) {
+            if (thread < 2) {
                 const X now = rising.risingX();
                 rising.cas(now, whole(now.version + 1));
-                wild.setX(whole(writer + 2 * (static_cast<std::uintptr_t>(n) % 3)));
-            }
-        });
-    }
-    for (int reader = 0; reader < 2; ++reader) {
-        threads.emplace_back([&] {
-            for (int n = 0; n < rounds; ++n) {
+                wild.setX(whole(thread + 2 * (n % 3)));
+            } else {
                 for (const X& x : {rising.risingX(), rising.getX(), wild.getX()})
                     ASSERT_EQ(x.ptr, whole(x.version).ptr);
             }
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
+        }
+    });
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include <skuan/foundation/atomic_vqueue.h>
 
+#include <support/on_threads.h>
 #include <support/scale.h>
 
 #include <gtest/gtest.h>
@@ -61,23 +62,6 @@ TEST(AtomicVQueue, TakesNoMoreFromTheHeapThanItsPeak)
     queue.enqueue(value(8)); // the destructor drops it
 }
 
-TEST(AtomicVQueue, GetsBackTheNodesOfThreadsThatEnd)
-{
-    AtomicVQueue queue;
-    const auto fill_and_empty = [&] {
-        for (int n = 0; n < 100; ++n)
-            queue.enqueue(value(1));
-        queue.clear();
-    };
-    std::thread(fill_and_empty).join();
-    const int before = allocations;
-    constexpr int threads = 200;
-    for (int i = 0; i < threads; ++i)
-        std::thread(fill_and_empty).join();
-    // A thread itself costs an allocation or two; lost nodes would cost dozens.
-    EXPECT_LE(allocations - before, 4 * threads);
-}
-
 /// Uses a queue while the thread's own storage is being taken down.
 struct LateUser
 {
@@ -90,11 +74,11 @@ struct LateUser
     }
 };
 
-TEST(AtomicVQueue, ServesThreadsThatAreEnding)
+TEST(AtomicVQueue, ServesThreadsThatAreEndingAndGetsTheirNodesBack)
 {
     AtomicVQueue queue;
     const int before = allocations;
-    constexpr int threads = 50;
+    constexpr int threads = 200;
     for (int i = 0; i < threads; ++i) {
         std::thread([&] {
             thread_local LateUser late; // goes after the queue's own storage, as it came first
@@ -104,6 +88,7 @@ TEST(AtomicVQueue, ServesThreadsThatAreEnding)
         }).join();
     }
     EXPECT_EQ(queue.size(), 0u);
+    // A thread itself costs an allocation or two; lost nodes would cost dozens.
     EXPECT_LE(allocations - before, 100 + 4 * threads);
 }
 
@@ -118,39 +103,32 @@ TEST(AtomicVQueue, LosesAndDoublesNothing)
     std::atomic<std::uintptr_t> taken{0};
     std::vector<std::atomic<std::uint8_t>> seen(turns * sides);
     std::atomic<int> out_of_turn{0}, doubled{0};
-    std::vector<std::thread> threads;
     const int before = allocations;
-    for (unsigned producer = 0; producer < sides; ++producer) {
-        threads.emplace_back([&, producer] {
-            for (std::uintptr_t turn = 0; turn < turns; ++turn) {
-                while (queue.size() > most_in_queue)
-                    std::this_thread::yield();
-                queue.enqueue(value(1 + turn * sides + producer));
+    support::on_threads(2 * sides, [&](unsigned thread) {
+        for (std::uintptr_t turn = 0; thread < sides && turn < turns; ++turn) {
+            while (queue.size() > most_in_queue)
+                std::this_thread::yield();
+            queue.enqueue(value(1 + turn * sides + thread));
+        }
+        std::vector<std::uintptr_t> last(sides, 0);
+        while (thread >= sides && taken < turns * sides) {
+            const auto n = reinterpret_cast<std::uintptr_t>(queue.dequeue());
+            if (n == 0) {
+                std::this_thread::yield();
+                continue;
             }
-        });
-        threads.emplace_back([&] {
-            std::vector<std::uintptr_t> last(sides, 0);
-            while (taken < turns * sides) {
-                const auto n = reinterpret_cast<std::uintptr_t>(queue.dequeue());
-                if (n == 0) {
-                    std::this_thread::yield();
-                    continue;
-                }
-                ++taken;
-                out_of_turn += n <= last[(n - 1) % sides];
-                last[(n - 1) % sides] = n;
-                doubled += seen[n - 1].exchange(1) != 0;
-            }
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
+            ++taken;
+            out_of_turn += n <= last[(n - 1) % sides];
+            last[(n - 1) % sides] = n;
+            doubled += seen[n - 1].exchange(1) != 0;
+        }
+    });
     EXPECT_EQ(taken, turns * sides);
     EXPECT_EQ(out_of_turn, 0);
     EXPECT_EQ(doubled, 0);
     EXPECT_EQ(queue.size(), 0u);
     EXPECT_EQ(queue.dequeue(), nullptr);
-    const int threads_themselves = static_cast<int>(threads.size()) * 8;
+    const int threads_themselves = static_cast<int>(2 * sides) * 8;
     const int nodes = static_cast<int>(most_in_queue + sides + 2 * sides * kept_by_a_thread);
     EXPECT_LE(allocations - before, nodes + threads_themselves);
 }

@@ -1,6 +1,7 @@
 #include <skuan/foundation/portable_mutex.h>
 
 #include <support/blocked_thread.h>
+#include <support/on_threads.h>
 #include <support/scale.h>
 
 #include <gtest/gtest.h>
@@ -72,18 +73,13 @@ TEST(PortableMutex, KeepsThreadsApart)
     PortableMutex mutex;
     int plain = 0;
     constexpr int rounds = support::scaled(500'000);
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i) {
-        threads.emplace_back([&] {
-            for (int n = 0; n < rounds; ++n) {
-                const PortableMutexLock lock(mutex);
-                const PortableMutexLock again = lock;
-                ++plain;
-            }
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
+    support::on_threads(4, [&](unsigned) {
+        for (int n = 0; n < rounds; ++n) {
+            const PortableMutexLock lock(mutex);
+            const PortableMutexLock again = lock;
+            ++plain;
+        }
+    });
     EXPECT_EQ(plain, 4 * rounds);
 }
 

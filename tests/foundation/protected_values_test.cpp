@@ -2,6 +2,7 @@
 #include <skuan/foundation/auto_release.h>
 #include <skuan/foundation/run_once.h>
 
+#include <support/on_threads.h>
 #include <support/scale.h>
 
 #include <gtest/gtest.h>
@@ -9,8 +10,6 @@
 #include <atomic>
 #include <optional>
 #include <string>
-#include <thread>
-#include <vector>
 
 namespace {
 
@@ -27,15 +26,10 @@ TEST(AProtect, KeepsThreadsApart)
 {
     constexpr int rounds = support::scaled(200'000);
     AProtect<int> sum(0);
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i) {
-        threads.emplace_back([sum] {
-            for (int n = 0; n < rounds; ++n)
-                ++*sum.lock();
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
+    support::on_threads(4, [sum](unsigned) {
+        for (int n = 0; n < rounds; ++n)
+            ++*sum.lock();
+    });
     EXPECT_EQ(*sum.lock(), 4 * rounds);
 }
 
@@ -71,15 +65,10 @@ TEST(AutoRelease, RunsOnceHoweverManyThreadsRelease)
     for (int round = 0; round < support::scaled(2'000); ++round) {
         Counter counter;
         AutoRelease shared(counter.function());
-        std::vector<std::thread> threads;
-        for (int i = 0; i < 2; ++i) {
-            threads.emplace_back([&shared, copy = shared]() mutable {
-                shared.release();
-                copy.release();
-            });
-        }
-        for (std::thread& thread : threads)
-            thread.join();
+        support::on_threads(2, [&shared, copy = shared](unsigned) mutable {
+            shared.release();
+            copy.release();
+        });
         EXPECT_EQ(counter.runs, 1);
     }
 }

@@ -1,6 +1,7 @@
 #include <skuan/foundation/semaphore.h>
 
 #include <support/blocked_thread.h>
+#include <support/on_threads.h>
 #include <support/scale.h>
 
 #include <gtest/gtest.h>
@@ -8,7 +9,6 @@
 #include <atomic>
 #include <memory>
 #include <thread>
-#include <vector>
 
 namespace {
 
@@ -58,24 +58,17 @@ TEST(CountingSemaphore, OneGiveWakesAsManyAsItGives)
 TEST(CountingSemaphore, LosesAndInventsNothing)
 {
     constexpr int rounds = support::scaled(400'000);
-    constexpr int givers = 2, takers = 3;
+    constexpr int givers = 2;
     CountingSemaphore semaphore(0, 0x7fffffff);
     std::atomic<int> taken{0};
-    std::vector<std::thread> threads;
-    for (int i = 0; i < givers; ++i) {
-        threads.emplace_back([&] {
+    support::on_threads(givers + 3, [&](unsigned thread) {
+        if (thread < givers)
             for (int n = 0; n < rounds; ++n)
                 semaphore.semGive();
-        });
-    }
-    for (int i = 0; i < takers; ++i) {
-        threads.emplace_back([&, i] {
+        else
             while (taken < givers * rounds)
-                taken += semaphore.semTake(static_cast<unsigned>(i));
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
+                taken += semaphore.semTake(thread - givers);
+    });
     EXPECT_EQ(taken, givers * rounds);
     EXPECT_FALSE(semaphore.semTake(0));
 }
