@@ -1,8 +1,6 @@
 // The block pool: blocks that wander between threads, and threads that end.
 #include <skuan/foundation/block_pool.h>
 
-#include <support/on_threads.h>
-
 #include <gtest/gtest.h>
 
 #include <barrier>
@@ -60,27 +58,6 @@ TEST(BlockPool, BlocksFlowBackFromTheThreadThatFrees)
 #ifndef SKUAN_PLAIN_BLOCKS
     EXPECT_LT(seen.size(), per_round + 4 * 64); // and not 50 times as many
 #endif
-}
-
-TEST(BlockPool, ManyThreadsExchangeBlocks)
-{
-    constexpr unsigned threads = 4;
-    constexpr unsigned per_turn = 300;
-    std::vector<std::vector<void*>> hands(threads, std::vector<void*>(per_turn));
-    std::barrier step(threads);
-    support::on_threads(threads, [&](unsigned t) {
-        for (unsigned turn = 0; turn < 100; ++turn) {
-            for (unsigned i = 0; i < per_turn; ++i)
-                hands[t][i] = marked_block(t * 64 + i);
-            step.arrive_and_wait();
-            const unsigned from = (t + 1 + turn) % threads;
-            for (unsigned i = 0; i < per_turn; ++i) {
-                EXPECT_TRUE(is_marked(hands[from][i], from * 64 + i));
-                Pool::give(hands[from][i]);
-            }
-            step.arrive_and_wait();
-        }
-    });
 }
 
 /// Frees and takes while its thread is ending, after the thread's magazines have gone.

@@ -1,9 +1,6 @@
 #include <skuan/markup/xml_parse2.h>
 
-#include <QCoreApplication>
-#include <QEventLoop>
-
-#include <gtest/gtest.h>
+#include <support/core_application.h>
 
 #include <string>
 #include <thread>
@@ -37,14 +34,6 @@ public:
                 break;
             texts.push_back(tree.flatten(XMLTree::flatten_compact, true).to_string());
         }
-        loop_.quit();
-    }
-
-    template <typename Condition>
-    void wait_until(Condition condition)
-    {
-        while (!condition())
-            loop_.exec();
     }
 
     XMLParseEngine2 engine;
@@ -54,15 +43,9 @@ public:
 
 private:
     QObject context_;
-    QEventLoop loop_;
 };
 
-class XMLParseEngine2Test : public ::testing::Test
-{
-protected:
-    int argc_ = 0;
-    QCoreApplication app_{argc_, nullptr};
-};
+using XMLParseEngine2Test = support::CoreApplication;
 
 QByteArray report(int number)
 {
@@ -81,7 +64,7 @@ TEST_F(XMLParseEngine2Test, DeliversInOrderHoweverTheBytesAreCut)
         Consumer consumer;
         for (int at = 0; at < all.size(); at += step)
             consumer.engine.input_bytes(all.mid(at, step));
-        consumer.wait_until([&] { return consumer.texts.size() == expected.size(); });
+        wait_until([&] { return consumer.texts.size() == expected.size(); });
         EXPECT_EQ(consumer.texts, expected);
         EXPECT_FALSE(consumer.failed);
     }
@@ -91,7 +74,7 @@ TEST_F(XMLParseEngine2Test, AnnouncesABatchOnce)
 {
     Consumer consumer;
     consumer.engine.input_bytes(report(1) + report(2) + report(3));
-    consumer.wait_until([&] { return consumer.texts.size() == 3; });
+    wait_until([&] { return consumer.texts.size() == 3; });
     EXPECT_EQ(consumer.announcements, 1);
 }
 
@@ -102,7 +85,7 @@ TEST_F(XMLParseEngine2Test, AnErrorEndsTheStreamUntilReset)
         Consumer consumer;
         consumer.engine.input_bytes(report(1) + bad);
         consumer.engine.input_bytes(report(2));
-        consumer.wait_until([&] { return consumer.failed; });
+        wait_until([&] { return consumer.failed; });
         EXPECT_EQ(consumer.texts, std::vector<std::string>{report(1).toStdString()});
         EXPECT_TRUE(consumer.engine.get_xml().is_null());
 
@@ -110,7 +93,7 @@ TEST_F(XMLParseEngine2Test, AnErrorEndsTheStreamUntilReset)
         EXPECT_FALSE(consumer.engine.parse_error());
         consumer.failed = false;
         consumer.engine.input_bytes(report(3));
-        consumer.wait_until([&] { return consumer.texts.size() == 2; });
+        wait_until([&] { return consumer.texts.size() == 2; });
         EXPECT_EQ(consumer.texts.back(), report(3).toStdString());
         EXPECT_FALSE(consumer.failed);
     }
@@ -121,7 +104,7 @@ TEST_F(XMLParseEngine2Test, AMessageOfExactlyTheBufferFits)
     Consumer consumer(64);
     const QByteArray fits = "<reply>" + QByteArray(64 - 15, 'x') + "</reply>";
     consumer.engine.input_bytes(fits + fits + "<reply>x" + fits.mid(7));
-    consumer.wait_until([&] { return consumer.failed; });
+    wait_until([&] { return consumer.failed; });
     EXPECT_EQ(consumer.texts.size(), 2u);
 }
 
@@ -137,7 +120,7 @@ TEST_F(XMLParseEngine2Test, NothingCrossesAReset)
         consumer.texts.clear();
         consumer.failed = false;
         consumer.engine.input_bytes(report(round));
-        consumer.wait_until([&] { return !consumer.texts.empty() || consumer.failed; });
+        wait_until([&] { return !consumer.texts.empty() || consumer.failed; });
         ASSERT_FALSE(consumer.failed);
         ASSERT_EQ(consumer.texts, std::vector<std::string>{report(round).toStdString()});
     }
@@ -152,7 +135,7 @@ TEST_F(XMLParseEngine2Test, TakesInputFromAnotherThreadAndCanGoAtAnyMoment)
                 consumer->engine.input_bytes(report(i));
         });
         if (round % 2 == 0)
-            consumer->wait_until([&] { return consumer->texts.size() >= 10; });
+            wait_until([&] { return consumer->texts.size() >= 10; });
         feeder.join();
         consumer.reset();
     }

@@ -30,17 +30,6 @@ private:
     }
 };
 
-TEST(APIParser2, delivers_each_message_once_wherever_the_stream_is_cut)
-{
-    const std::string bytes = two_messages;
-    for (std::size_t cut = 0; cut <= bytes.size(); ++cut) {
-        StreamClient client;
-        client.input(bytes.substr(0, cut));
-        client.input(bytes.substr(cut));
-        EXPECT_EQ(client.calls, "+M\xc3\xbcnchen-b") << "cut at " << cut;
-    }
-}
-
 TEST(APIParser2, one_input_may_be_longer_than_the_buffer_but_no_message)
 {
     StreamClient client;

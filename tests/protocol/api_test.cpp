@@ -190,19 +190,6 @@ TEST(API, the_sink_gets_chunks_of_at_most_1500_bytes)
     }
 }
 
-TEST(API, the_hook_sees_a_message_before_it_is_written)
-{
-    MemoryClient client;
-    Calls seen;
-    auto hook = [&](const XMLTree& message) {
-        EXPECT_TRUE(client.chunks.empty());
-        seen.push_back(message.get_subnodes().back().get_tag().to_string());
-    };
-    client.set_send_debug_hook(AFunction1<const XMLTree&>::ref(hook));
-    client.cmd_sync();
-    EXPECT_EQ(seen, Calls{"sync"});
-}
-
 TEST(API, messages_of_two_threads_follow_one_another_whole)
 {
     constexpr int per_thread = 500;
