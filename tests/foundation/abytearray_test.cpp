@@ -145,11 +145,4 @@ TEST(AByteArray, Hex)
     EXPECT_EQ(AByteArray::fromHexAscii(bytes("ABC")), AByteArray(0xAB));
 }
 
-TEST(AByteArray, Utf8)
-{
-    for (const std::string& t : {std::string("a\xE2\x82\xAC"), std::string(1000, 'x')})
-        EXPECT_EQ(text(AByteArray::toUtf8(AString(t))), t);
-    EXPECT_EQ(bytes("ab\xFFz").fromUtf8(), AString::l1("ab"));
-}
-
 } // namespace

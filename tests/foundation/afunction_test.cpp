@@ -11,23 +11,6 @@ namespace {
 
 std::string called;
 
-void plain(int n)
-{
-    called = "plain " + std::to_string(n);
-}
-void with_unsigned(unsigned bound, int n)
-{
-    called = "unsigned " + std::to_string(bound) + " " + std::to_string(n);
-}
-void with_pointer(void* bound, int n)
-{
-    called = "pointer " + *static_cast<std::string*>(bound) + " " + std::to_string(n);
-}
-void with_two(void* a, void* b, int n)
-{
-    called = "two " + *static_cast<std::string*>(a) + *static_cast<std::string*>(b) + " " + std::to_string(n);
-}
-
 struct Panel
 {
     void show(int n) { called = "panel " + std::to_string(n); }
@@ -38,11 +21,19 @@ TEST(AFunction, CallsWithTheBoundWordsFirst)
     std::string a = "a";
     std::string b = "b";
     Panel panel;
+    const auto plain = [](int n) { called = "plain " + std::to_string(n); };
+    const auto number = [](unsigned bound, int n) {
+        called = std::to_string(bound) + " " + std::to_string(n);
+    };
+    const auto one = [](void* p, int n) { called = *static_cast<std::string*>(p) + std::to_string(n); };
+    const auto two = [](void* p, void* q, int n) {
+        called = *static_cast<std::string*>(p) + *static_cast<std::string*>(q) + std::to_string(n);
+    };
     const std::pair<AFunction1<int>, const char*> rows[] = {
-        {plain, "plain 7"},
-        {{with_unsigned, ~0u}, "unsigned 4294967295 7"},
-        {{with_pointer, &a}, "pointer a 7"},
-        {{with_two, &a, &b}, "two ab 7"},
+        {AFunction1<int>(plain), "plain 7"},
+        {{number, ~0u}, "4294967295 7"},
+        {{one, &a}, "a7"},
+        {{two, &a, &b}, "ab7"},
         {AFunction1<int>::member<&Panel::show>(&panel), "panel 7"},
         {{}, ""},
         {static_cast<void (*)(int)>(nullptr), ""},

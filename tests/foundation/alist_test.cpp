@@ -1,6 +1,6 @@
 // Lists as values: copy on write, iterators that outlive their entry, deep trees of lists.
 #include <skuan/foundation/alist.h>
-#include <skuan/foundation/astring_list.h>
+#include <skuan/foundation/astring.h>
 
 #include <support/on_threads.h>
 
@@ -75,18 +75,6 @@ TEST(AList, AChangeLeavesTheOtherCopyAlone)
         EXPECT_EQ(ints_of(own), row.expected) << row.what;
     }
     EXPECT_TRUE(original.is_unique());
-}
-
-TEST(AList, MatchesMakeNewLists)
-{
-    const AList<int> list{1, 2, 3, 4};
-    const AFunction1R<bool, const int&> even([](const int& i) { return i % 2 == 0; });
-    EXPECT_EQ(ints_of(list.find_matches(even)), (Ints{2, 4}));
-    EXPECT_EQ(ints_of(list.remove_matches(even)), (Ints{1, 3}));
-    EXPECT_EQ(ints_of(list.find_matches({})), Ints{});
-    AList<int> twos{2, 1, 2, 2};
-    EXPECT_EQ(twos.remove_item(2), 3u);
-    EXPECT_EQ(ints_of(twos), Ints{1});
 }
 
 TEST(AList, SpliceMovesAllEntries)
@@ -171,16 +159,6 @@ TEST(AList, CopiesOnManyThreads)
             ASSERT_EQ(mine.size(), 49u);
         }
     });
-}
-
-TEST(AStringList, TakesSeveralAtOnce)
-{
-    AStringList list{AString::l1("a"), AString::l1("b"), AString::l1("ab")};
-    EXPECT_EQ(list.filter(AString::l1("a")).join(AString::l1(", ")), AString::l1("a, ab"));
-    EXPECT_EQ(AString(list.pop_back(2)), AString::l1("bab"));
-    list += list + AString::l1("y");
-    EXPECT_EQ(AString(list.pop_front(9)), AString::l1("aay"));
-    EXPECT_TRUE(list.empty());
 }
 
 } // namespace

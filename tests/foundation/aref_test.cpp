@@ -5,12 +5,6 @@
 
 namespace {
 
-struct Pooled : AReferenced
-{
-    int released = 0;
-    void full_release() override { ++released; }
-};
-
 struct Counted : AReferenced
 {
     explicit Counted(int* alive) : alive_(alive) { ++*alive_; }
@@ -36,37 +30,12 @@ TEST(AReference, TheLastHolderEndsTheObject)
     EXPECT_EQ(alive, 0);
 }
 
-TEST(AReference, AnObjectMayDecideItsOwnEnd)
-{
-    Pooled object;
-    for (int round = 1; round <= 2; ++round) {
-        const AReference<Pooled> a(&object);
-        EXPECT_EQ(object.released, round - 1);
-    }
-    EXPECT_EQ(object.released, 2);
-}
-
 struct Record
 {
     AtomicUnsigned references{1};
     int destroyed = 0;
     static void destroy(Record* record) { ++record->destroyed; }
 };
-
-TEST(ARef, DestroysWithTheLastHolder)
-{
-    Record record;
-    {
-        const ARef<Record> first = ARef<Record>::adopt(&record);
-        ARef<Record> second(first.get());
-        second = nullptr;
-        second = first;
-        second = std::move(second);
-        EXPECT_EQ(record.references, 2u);
-        EXPECT_EQ(record.destroyed, 0);
-    }
-    EXPECT_EQ(record.destroyed, 1);
-}
 
 TEST(ARef, RefusesAnObjectThatIsEndingAndNeverCountsAPermanentOne)
 {

@@ -132,20 +132,19 @@ TEST(StreamSocket, FailsInsteadOfCrashing)
 
 TEST(StreamSocket, CancelEndsEveryBlockedCallAndFailsEveryLaterOne)
 {
-    struct Case
+    char byte = 0;
+    const struct
     {
         const char* call;
         bool starts_connected;
         std::function<bool(StreamSocket&, const Listener&)> gives_failure;
-    };
-    char byte = 0;
-    const Case cases[] = {
+    } cases[] = {
         {"connect", false, [](auto& s, auto& to) { return !s.connect(to.address, to.port); }},
         {"wait_readable", true, [](auto& s, auto&) { return s.wait_readable(no_limit) == Wait::failed; }},
         {"receive", true, [&](auto& s, auto&) { return s.receive(&byte, 1) < 0; }},
         {"send", true, [](auto& s, auto&) { return fill_window(s) < 1; }},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.call);
         Listener listener(0); // room for one connection that is not accepted; others get no answer
         StreamSocket socket, in_the_way;

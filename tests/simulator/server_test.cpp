@@ -151,30 +151,6 @@ TEST_F(ServerTest, AClientThatNeverReadsIsDropped)
     EXPECT_EQ(station->counters().connected, 1u);
 }
 
-TEST(ClipList, IsReadLineByLine)
-{
-    QString error;
-    const auto store = ClipStore::from_text("# evening\n\nnews/one\r\n  two words \nempty/\nempty/", &error);
-    EXPECT_EQ(error, QString());
-    EXPECT_EQ(store.clips(), QStringList({"two words", "news/one"}));
-    EXPECT_EQ(store.directories(), QStringList({"empty", "news"}));
-    EXPECT_EQ(ClipStore::from_text("a\nb\na\n", &error).clip_count(), 0);
-    EXPECT_EQ(error, QString("line 3: \"a\" is there twice"));
-}
-
-TEST_F(ServerTest, StartsAgainOnItsThreadAndSaysWhyItCannot)
-{
-    Settings settings;
-    settings.address = QHostAddress(QString::fromStdString(support::own_loopback_address()));
-    simulator::ServerThread first(settings), second(settings);
-    ASSERT_TRUE(first.start());
-    EXPECT_FALSE(second.start());
-    EXPECT_TRUE(second.error_text().startsWith("cannot listen on " + first->place() + ": "));
-    EXPECT_EQ(second.server(), nullptr);
-    first.stop();
-    EXPECT_TRUE(second.start());
-}
-
 // Faults, reports and clients' comings and goings from several threads at once; mainly for the sanitizer.
 TEST_F(ServerTest, IsSteeredFromAnyThread)
 {
