@@ -128,8 +128,9 @@ struct OrderedSlot : QtPrivate::QSlotObjectBase
 extern "C" bool REAL(INVOKE)(QObject* to, QtPrivate::QSlotObjectBase* slot, int type, void* result);
 extern "C" bool WRAPPED(INVOKE)(QObject* to, QtPrivate::QSlotObjectBase* slot, int type, void* result)
 {
+    auto* const ordered = new OrderedSlot(slot);
     __tsan_release(event_order());
-    const bool done = REAL(INVOKE)(to, new OrderedSlot(slot), type, result);
+    const bool done = REAL(INVOKE)(to, ordered, type, result);
     __tsan_acquire(event_order());
     return done;
 }

@@ -211,7 +211,7 @@ TEST_F(Client, runs_the_periodic_action_unless_four_commands_wait)
     client.add_periodic(
         0, +[] { ++runs; });
     client.run_forever_in_own_thread(0);
-    wait_until([&] { return runs != 0; });
+    wait_until([&] { return runs != 0 && station->counters().connected == 1; });
 
     // Each report is one pass of the loop at least.
     const auto passes = [&](unsigned n) {
