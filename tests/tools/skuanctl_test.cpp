@@ -8,7 +8,9 @@
 
 #include <gmock/gmock.h>
 
+#include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -229,7 +231,9 @@ TEST_F(Skuanctl, ShowsControlCharactersOnATerminalOnly)
     EXPECT_EQ(ask({"clips"}).out, "a\\b\nc é\n");
 
     const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
-    ASSERT_TRUE(terminal >= 0 && ::grantpt(terminal) == 0 && ::unlockpt(terminal) == 0);
+    if (terminal < 0)
+        GTEST_SKIP() << "this machine gives no terminals: " << std::strerror(errno);
+    ASSERT_TRUE(::grantpt(terminal) == 0 && ::unlockpt(terminal) == 0);
     QProcess process;
     process.setStandardOutputFile(QString::fromLocal8Bit(::ptsname(terminal)));
     process.start(program, arguments({"clips"}));
