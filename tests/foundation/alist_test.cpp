@@ -26,6 +26,8 @@ Ints ints_of(const AList<int>& list)
     return forwards;
 }
 
+const AFunction1R<bool, const int&> odd([](const int& i) { return i % 2 != 0; });
+
 struct Tree
 {
     AList<Tree> children; // Tree is incomplete here
@@ -61,6 +63,8 @@ TEST(AList, AChangeLeavesTheOtherCopyAlone)
         {"pop", [](AList<int>& l) { l.pop(); }, {1, 2}},
         {"reverse", [](AList<int>& l) { l.reverse(); }, {3, 2, 1}},
         {"remove_item", [](AList<int>& l) { l.remove_item(l.const_at(1)); }, {1, 3}},
+        {"find_matches", [](AList<int>& l) { l = l.find_matches(odd); }, {1, 3}},
+        {"remove_matches", [](AList<int>& l) { l = l.remove_matches(odd); }, {2}},
         {"clear", [](AList<int>& l) { l.clear(); }, {}},
     };
     for (const auto& row : rows) {

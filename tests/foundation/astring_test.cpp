@@ -180,6 +180,14 @@ TEST(AString, SplitByFinder)
     EXPECT_EQ(in_brackets(l1("abc").split(beyond, true, true)), "[ab][c][]");
 }
 
+TEST(AStringList, TakesSeveralAtOnce)
+{
+    AStringList list = l1("a,b,ab").split(l1(","), true);
+    EXPECT_EQ(in_brackets(list.filter(l1("a"))), "[a][ab]");
+    EXPECT_EQ(in_brackets(list.pop_back(2)), "[b][ab]");
+    EXPECT_EQ(in_brackets(list.pop_front(9)), "[a]");
+}
+
 TEST(AString, IteratorKeepsItsString)
 {
     AString text = numbered(66).mid(62);

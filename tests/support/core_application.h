@@ -9,17 +9,20 @@
 
 namespace support {
 
-/// A fixture that makes the one application object of the test program. Its thread is the main one.
+/// Event loops, processes and servers need the one application object; its thread is the main one.
+inline void need_application()
+{
+    static int argc = 1;
+    static char name[] = "test";
+    static char* argv[] = {name, nullptr};
+    static QCoreApplication application(argc, argv);
+}
+
+/// A fixture that makes the application object.
 class CoreApplication : public testing::Test
 {
 protected:
-    static void SetUpTestSuite()
-    {
-        static int argc = 1;
-        static char name[] = "test";
-        static char* argv[] = {name, nullptr};
-        static QCoreApplication application(argc, argv);
-    }
+    static void SetUpTestSuite() { need_application(); }
 
     /// Runs an event loop until `condition` holds; the test's own time limit ends what never comes true.
     template <typename Condition>

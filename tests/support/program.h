@@ -1,12 +1,11 @@
 // Runs a program as a shell would, and keeps what it said.
 #pragma once
 
+#include <support/core_application.h>
+
 #include <QByteArray>
-#include <QCoreApplication>
 #include <QProcess>
 #include <QStringList>
-
-#include <gtest/gtest.h>
 
 namespace support {
 
@@ -16,15 +15,6 @@ struct Ran
     QByteArray out;
     QByteArray err;
 };
-
-/// Processes and servers need the one application object.
-inline void need_application()
-{
-    static int argc = 1;
-    static char name[] = "test";
-    static char* argv[] = {name, nullptr};
-    static QCoreApplication application(argc, argv);
-}
 
 /// Gives the program its input and waits until it ends.
 inline Ran run(const QString& program, const QStringList& arguments, const QByteArray& input = {})
