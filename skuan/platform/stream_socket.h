@@ -11,12 +11,13 @@ namespace skuan::platform {
 
 /// One stream to an IPv4 server, used again for any number of connections in turn.
 ///
-/// Threads: the owner connects, waits, receives and closes, all on one thread. `send` and `cancel`
+/// Threads: the owner connects, receives and closes, all on one thread. `send` and `cancel`
 /// may be called by any thread at any time, also while the owner closes.
 class StreamSocket
 {
 public:
-    enum class Wait { ready, timed_out, failed };
+    static constexpr unsigned no_limit = ~0u;       ///< the time limit of a call that waits for ever
+    static constexpr std::ptrdiff_t timed_out = -2; ///< from `receive`: nothing has come so far
 
     StreamSocket();
     ~StreamSocket(); ///< closes; no other thread may be inside by then
@@ -28,13 +29,9 @@ public:
     /// or is cancelled.
     bool connect(std::uint32_t address, std::uint16_t port);
 
-    /// Waits at most `ms` milliseconds until there are bytes, the end of the stream or an error to
-    /// receive (all three are `ready`). `failed` when not connected or cancelled.
-    Wait wait_readable(unsigned ms);
-
-    /// Receives at most `n` bytes, blocking until there is at least one. 0 is the end of the stream;
-    /// below 0 is a failure, or cancelled, or not connected.
-    std::ptrdiff_t receive(void* buffer, std::size_t n);
+    /// Receives at most `n` bytes, blocking at most `ms` milliseconds until there is at least one. 0 is
+    /// the end of the stream. Below 0 it is `timed_out`, or a failure, or cancelled, or not connected.
+    std::ptrdiff_t receive(void* buffer, std::size_t n, unsigned ms = no_limit);
 
     /// Sends all `n` bytes, blocking while the peer's window is full, and gives `n`. Below 1 is a
     /// failure, or cancelled, or not connected; part of the bytes may be out by then. Sends from
@@ -53,16 +50,19 @@ public:
 private:
     using Handle = std::intptr_t;
     static constexpr Handle none = -1;
-    static constexpr unsigned no_limit = ~0u;
 
     struct Wake; ///< becomes readable at the first cancel, and stays so
     enum class Event { readable, writable, connected };
+    enum class Wait { ready, timed_out, failed };
     Wait wait(Handle socket, Event event, unsigned ms);
+    void set_handle(Handle socket);
 
     const std::unique_ptr<Wake> wake_;
     std::atomic<bool> cancelled_{false};
-    std::mutex sending_;   ///< held by `send`; the handle changes only under it
-    Handle socket_ = none; ///< read without the lock by the owner only
+    std::mutex sending_;           ///< held by `send`; the handle changes only under it
+    std::mutex handle_;            ///< held by `cancel`; the handle changes only under this one as well
+    Handle socket_ = none;         ///< read without a lock by the owner only
+    unsigned limit_ms_ = no_limit; ///< that the socket has for receiving; the owner's
 };
 
 } // namespace skuan::platform

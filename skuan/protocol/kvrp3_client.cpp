@@ -187,12 +187,10 @@ void Client::run_once()
     if (is_down())
         return;
 
-    const StreamSocket::Wait wait = d->socket.wait_readable(read_wait_ms);
-    if (wait == StreamSocket::Wait::timed_out)
-        return;
     char buffer[read_size];
-    const std::ptrdiff_t count =
-        wait == StreamSocket::Wait::ready ? d->socket.receive(buffer, sizeof buffer) : -1;
+    const std::ptrdiff_t count = d->socket.receive(buffer, sizeof buffer, read_wait_ms);
+    if (count == StreamSocket::timed_out)
+        return;
     if (d->stop_requested)
         return; // the end of the loop, not of the connection
     if (count > 0)

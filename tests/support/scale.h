@@ -3,13 +3,6 @@
 
 namespace support {
 
-/// Whether the size of the process tells how much memory is in use; a sanitizer keeps what was freed.
-#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
-inline constexpr bool size_tells = false;
-#else
-inline constexpr bool size_tells = true;
-#endif
-
 #if defined(__SANITIZE_THREAD__)
 inline constexpr int share = 100;
 #elif defined(__SANITIZE_ADDRESS__) || !defined(NDEBUG)

@@ -1,17 +1,20 @@
-// A non-blocking socket beside an event descriptor that every wait watches as well. So a cancel never
-// touches the socket's own descriptor, which its owner may be closing at that very moment.
+// A socket that blocks only in `recv`, which is the call that has to be fast, with the system's own time
+// limit. The other waits watch an event descriptor beside it, which a cancel raises.
 #include <skuan/platform/stream_socket.h>
 
 #include <skuan/platform/clock.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <fcntl.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
+#include <sys/time.h>
 #include <unistd.h>
+#include <utility>
 
 namespace skuan::platform {
 namespace {
@@ -21,6 +24,11 @@ int poll_time(std::int64_t deadline)
 {
     const std::int64_t left_ms = (deadline - monotonic_ns() + 999'999) / 1'000'000;
     return static_cast<int>(std::clamp<std::int64_t>(left_ms, 0, 0x7fffffff));
+}
+
+timeval time_of(unsigned ms)
+{
+    return {static_cast<time_t>(ms / 1000), static_cast<suseconds_t>(ms % 1000 * 1000)};
 }
 
 bool would_block()
@@ -76,23 +84,32 @@ bool StreamSocket::connect(std::uint32_t address, std::uint16_t port)
         ::close(socket);
         return false;
     }
-    const std::lock_guard lock(sending_);
-    socket_ = socket;
+    fcntl(socket, F_SETFL, 0); // connecting was not to block
+    limit_ms_ = no_limit;
+    set_handle(socket);
     return true;
 }
 
-StreamSocket::Wait StreamSocket::wait_readable(unsigned ms)
+void StreamSocket::set_handle(Handle socket)
 {
-    return socket_ == none ? Wait::failed : wait(socket_, Event::readable, ms);
+    const std::scoped_lock lock(sending_, handle_);
+    socket_ = socket;
 }
 
-std::ptrdiff_t StreamSocket::receive(void* buffer, std::size_t n)
+std::ptrdiff_t StreamSocket::receive(void* buffer, std::size_t n, unsigned ms)
 {
+    const int socket = static_cast<int>(socket_);
+    if (socket_ != none && ms != std::exchange(limit_ms_, ms)) {
+        const timeval limit = ms == no_limit ? timeval{} : time_of(std::max(ms, 1u));
+        setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
+    }
     while (socket_ != none && !cancelled_) {
-        const ssize_t got = recv(static_cast<int>(socket_), buffer, n, 0);
-        if (got >= 0)
+        const ssize_t got = recv(socket, buffer, n, 0);
+        if (got > 0 || (got == 0 && !cancelled_)) // a cancel looks like the end
             return got;
-        if (would_block() ? wait(socket_, Event::readable, no_limit) != Wait::ready : errno != EINTR)
+        if (got < 0 && would_block())
+            return timed_out;
+        if (got < 0 && errno != EINTR)
             break;
     }
     return -1;
@@ -106,7 +123,8 @@ std::ptrdiff_t StreamSocket::send(const void* buffer, std::size_t n)
     while (sent < n) {
         if (socket_ == none || cancelled_)
             return -1;
-        const ssize_t taken = ::send(static_cast<int>(socket_), bytes + sent, n - sent, MSG_NOSIGNAL);
+        const ssize_t taken =
+            ::send(static_cast<int>(socket_), bytes + sent, n - sent, MSG_NOSIGNAL | MSG_DONTWAIT);
         if (taken >= 0)
             sent += static_cast<std::size_t>(taken);
         else if (would_block() ? wait(socket_, Event::writable, no_limit) != Wait::ready : errno != EINTR)
@@ -120,16 +138,19 @@ void StreamSocket::close()
     if (socket_ == none)
         return;
     // Ends the wait of a send in hand, and so its hold of the lock.
-    shutdown(static_cast<int>(socket_), SHUT_RDWR);
-    const std::lock_guard lock(sending_);
-    ::close(static_cast<int>(socket_));
-    socket_ = none;
+    const int socket = static_cast<int>(socket_);
+    shutdown(socket, SHUT_RDWR);
+    set_handle(none);
+    ::close(socket);
 }
 
 void StreamSocket::cancel()
 {
     cancelled_ = true;
     wake_->raise();
+    const std::lock_guard lock(handle_);
+    if (socket_ != none)
+        shutdown(static_cast<int>(socket_), SHUT_RD); // ends a `recv`; the peer does not notice
 }
 
 StreamSocket::Wait StreamSocket::wait(Handle socket, Event event, unsigned ms)

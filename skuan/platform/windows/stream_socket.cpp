@@ -107,23 +107,26 @@ bool StreamSocket::connect(std::uint32_t address, std::uint16_t port)
         closesocket(socket);
         return false;
     }
-    const std::lock_guard lock(sending_);
-    socket_ = Handle(socket);
+    set_handle(Handle(socket));
     return true;
 }
 
-StreamSocket::Wait StreamSocket::wait_readable(unsigned ms)
+void StreamSocket::set_handle(Handle socket)
 {
-    return socket_ == none ? Wait::failed : wait(socket_, Event::readable, ms);
+    const std::scoped_lock lock(sending_, handle_);
+    socket_ = socket;
 }
 
-std::ptrdiff_t StreamSocket::receive(void* buffer, std::size_t n)
+std::ptrdiff_t StreamSocket::receive(void* buffer, std::size_t n, unsigned ms)
 {
     while (socket_ != none && !cancelled_) {
         const int got = recv(SOCKET(socket_), static_cast<char*>(buffer), length(n), 0);
         if (got >= 0)
             return got;
-        if (!would_block() || wait(socket_, Event::readable, no_limit) != Wait::ready)
+        const Wait waited = would_block() ? wait(socket_, Event::readable, ms) : Wait::failed;
+        if (waited == Wait::timed_out)
+            return timed_out;
+        if (waited == Wait::failed)
             break;
     }
     return -1;
@@ -151,10 +154,10 @@ void StreamSocket::close()
     if (socket_ == none)
         return;
     // Makes a send in hand fail, and so give up the lock.
-    shutdown(SOCKET(socket_), SD_BOTH);
-    const std::lock_guard lock(sending_);
-    closesocket(SOCKET(socket_));
-    socket_ = none;
+    const SOCKET socket = SOCKET(socket_);
+    shutdown(socket, SD_BOTH);
+    set_handle(none);
+    closesocket(socket);
 }
 
 void StreamSocket::cancel()
