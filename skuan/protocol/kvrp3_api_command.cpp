@@ -55,7 +55,11 @@ void APICommand::send(const XMLTree& message)
 {
     send_debug_hook_.run(message);
     const PortableMutexLock lock(*send_lock_);
-    ChunkBuffer buffer([this](const char* data, unsigned n) { send(data, n); });
+    // A sink that fails commands may have their callbacks send in the midst of this message.
+    ChunkBuffer buffer([this, message_number = ++messages_](const char* data, unsigned n) {
+        message_in_hand_ = message_number;
+        send(data, n);
+    });
     using Buffer = decltype(buffer);
     // What was written before a failure still goes out: the peer sees a broken message, and not one
     // that runs into the next.

@@ -48,6 +48,10 @@ struct Client::Private
     std::atomic<bool> stop_requested{false};
     BinarySemaphore stopped{false}; ///< wakes the loop from its pause
 
+    // The sender's, under the send lock.
+    unsigned message = 0;            ///< the one of which bytes were given last
+    unsigned message_connection = 0; ///< where its beginning went; 0 is nowhere
+
     // The loop's.
     unsigned last_connection = 0;
     std::int64_t last_periodic = 0; ///< or when the connection was made, if that was later
@@ -217,10 +221,20 @@ void Client::run_periodic_action()
 void Client::send(const void* data, unsigned length)
 {
     const unsigned connection = d->connection;
-    if (connection == 0 || connection == d->broken || d->stop_requested) {
+    const bool is_up = connection != 0 && connection != d->broken && !d->stop_requested;
+    const int newer = static_cast<int>(message_in_hand() - d->message);
+    if (newer > 0) {
+        d->message = message_in_hand();
+        d->message_connection = is_up ? connection : 0;
+    }
+    if (!is_up) {
         fail_all_pending_commands();
         return;
     }
+    // The rest of a message goes where its beginning went: to a later connection it would be garbage. An
+    // older message is one in whose midst a callback sent, since there was no connection then.
+    if (newer < 0 || d->message_connection != connection)
+        return;
     auto* bytes = static_cast<const char*>(data);
     while (length != 0) {
         const std::ptrdiff_t sent = d->socket.send(bytes, std::min(length, 0x7fffffffu));

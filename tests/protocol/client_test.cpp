@@ -95,6 +95,22 @@ TEST_F(Client, fails_a_command_at_once_without_a_connection)
     EXPECT_FALSE(client.isConnected());
 }
 
+TEST_F(Client, keeps_the_rest_of_a_message_from_a_connection_that_came_later)
+{
+    Station station;
+    TestClient client(station.ipv4());
+    client.asks = false;
+    auto connect = [&](AString, KVRP3::ErrorCode) { // after the first chunk, which went nowhere
+        client.run_forever_in_own_thread(0);
+        wait_until([&] { return client.isConnected(); });
+    };
+    client.cmd_delete_clip(AString(std::string(4000, 'x')), AFunction(),
+                           AFunction2<AString, KVRP3::ErrorCode>::ref(connect));
+    client.ask();
+    wait_until([&] { return client.answers + client.errors == 1; });
+    EXPECT_EQ(client.errors, 0u);
+}
+
 TEST_F(Client, comes_back_after_a_loss_and_goes_where_it_is_told)
 {
     Station first("first"), second("second");
