@@ -1,8 +1,5 @@
 // Lists as values: copy on write, iterators that outlive their entry, deep trees of lists.
 #include <skuan/foundation/alist.h>
-#include <skuan/foundation/astring.h>
-
-#include <support/on_threads.h>
 
 #include <gtest/gtest.h>
 
@@ -145,24 +142,6 @@ TEST(AList, ADeepTreeEndsInALoop)
         root = std::move(parent);
     }
     EXPECT_EQ(root.value, 299999);
-}
-
-TEST(AList, CopiesOnManyThreads)
-{
-    AList<AString> source;
-    for (unsigned i = 0; i < 50; ++i)
-        source.push_back(AString::from_unsigned(i));
-    support::on_threads(4, [copy = source](unsigned t) {
-        for (unsigned round = 0; round < 200; ++round) {
-            AList<AString> mine = copy;
-            mine.at(t) = AString::l1("changed");
-            mine.pop_back();
-            unsigned i = 0;
-            for (const AString& item : copy)
-                ASSERT_EQ(item, AString::from_unsigned(i++));
-            ASSERT_EQ(mine.size(), 49u);
-        }
-    });
 }
 
 } // namespace

@@ -1,8 +1,6 @@
 #include <skuan/foundation/portable_mutex.h>
 
 #include <support/blocked_thread.h>
-#include <support/on_threads.h>
-#include <support/scale.h>
 
 #include <gtest/gtest.h>
 
@@ -66,21 +64,6 @@ TEST(PortableMutexLock, HoldsUntilTheLastCopyGoes)
     EXPECT_TRUE(other_thread_gets_in(mutex));
     const PortableMutexLock here(mutex);
     std::thread([&] { EXPECT_FALSE(PortableMutexLock(here).ok()); }).join(); // copied where it doesn't hold
-}
-
-TEST(PortableMutex, KeepsThreadsApart)
-{
-    PortableMutex mutex;
-    int plain = 0;
-    constexpr int rounds = support::scaled(500'000);
-    support::on_threads(4, [&](unsigned) {
-        for (int n = 0; n < rounds; ++n) {
-            const PortableMutexLock lock(mutex);
-            const PortableMutexLock again = lock;
-            ++plain;
-        }
-    });
-    EXPECT_EQ(plain, 4 * rounds);
 }
 
 } // namespace

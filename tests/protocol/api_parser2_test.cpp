@@ -30,7 +30,7 @@ private:
     }
 };
 
-TEST(APIParser2, one_input_may_be_longer_than_the_buffer_but_no_message)
+TEST(APIParser2, one_input_may_be_longer_than_the_buffer)
 {
     StreamClient client;
     std::string flood;
@@ -39,14 +39,6 @@ TEST(APIParser2, one_input_may_be_longer_than_the_buffer_but_no_message)
     client.input(flood);
     EXPECT_FALSE(client.stream_broken());
     EXPECT_EQ(client.calls.size() / 2, flood.size() / 64);
-
-    const std::string frame = "<report><clip_deleted><ClipID></ClipID></clip_deleted></report>";
-    const std::string longest(32768 - frame.size(), 'y');
-    client.calls.clear();
-    client.input("<report><clip_deleted><ClipID>" + longest + "</ClipID></clip_deleted></report>");
-    EXPECT_EQ(client.calls, "-" + longest);
-    client.input("<report><clip_deleted><ClipID>" + longest + "y</ClipID></clip_deleted></report>");
-    EXPECT_TRUE(client.stream_broken());
 }
 
 TEST(APIParser2, bad_xml_breaks_the_stream_until_it_is_reset_and_a_bad_message_does_not)

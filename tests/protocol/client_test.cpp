@@ -16,6 +16,7 @@ using simulator::Faults;
 using support::SilentServer;
 using support::Station;
 
+const Faults mute{.mute = true};
 const std::string failed = "general: Failing all outstanding commands";
 const char* const report = "<report><clip_created><ClipID>x</ClipID></clip_created></report>";
 
@@ -81,9 +82,7 @@ private:
     std::atomic<bool> full_{false};
 };
 
-class Client : public support::CoreApplication
-{
-};
+using Client = support::CoreApplication;
 
 TEST_F(Client, fails_a_command_at_once_without_a_connection)
 {
@@ -121,11 +120,7 @@ TEST_F(Client, comes_back_after_a_loss_and_goes_where_it_is_told)
     wait_until([&] { return client.answers == 1; });
     EXPECT_EQ(client.last_answer(), "first");
 
-    first->set_faults([] {
-        Faults faults;
-        faults.mute = true;
-        return faults;
-    }());
+    first->set_faults(mute);
     client.ask();
     client.ask();
     EXPECT_EQ(client.outstanding_commands(), 2u);
@@ -145,81 +140,9 @@ TEST_F(Client, comes_back_after_a_loss_and_goes_where_it_is_told)
     EXPECT_EQ(client.errors, 3u);
 }
 
-TEST_F(Client, loses_the_connection_to_a_server_that_misbehaves_and_tries_again)
-{
-    const QByteArray junk(10 * 1024 * 1024, '<');
-    const struct
-    {
-        const char* name;
-        Faults faults;
-        QByteArray raw;
-    } rows[] = {
-        {"accepts and closes",
-         [] {
-             Faults faults;
-             faults.refuse = true;
-             return faults;
-         }(),
-         {}},
-        {"half-closes",
-         [] {
-             Faults faults;
-             faults.close_after_answers = 1;
-             faults.half_close = true;
-             return faults;
-         }(),
-         {}},
-        {"closes within a message",
-         [] {
-             Faults faults;
-             faults.close_after_bytes = 30;
-             return faults;
-         }(),
-         {}},
-        {"sends junk",
-         [] {
-             Faults faults;
-             faults.mute = true;
-             return faults;
-         }(),
-         junk},
-        {"sends bad XML",
-         [] {
-             Faults faults;
-             faults.mute = true;
-             return faults;
-         }(),
-         "<report><a></b></report>"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        Station station(row.faults);
-        TestClient client(station.ipv4());
-        client.run_forever_in_own_thread(0);
-        for (unsigned round = 1; round <= 2; ++round) {
-            wait_until([&] { return client.connections >= round; });
-            if (!row.raw.isEmpty()) {
-                wait_until([&] { return station->counters().messages >= round; });
-                station->send_raw(row.raw);
-            }
-            wait_until([&] { return client.losses >= round; });
-        }
-        station->set_faults({});
-        const unsigned lost = client.answers + client.errors;
-        wait_until(
-            [&] { return client.answers + client.errors > lost && client.last_answer() == "STUDIO-1"; });
-        client.stop();
-        EXPECT_EQ(client.answers + client.errors, client.connections);
-    }
-}
-
 TEST_F(Client, runs_the_periodic_action_unless_four_commands_wait)
 {
-    Station station([] {
-        Faults faults;
-        faults.mute = true;
-        return faults;
-    }());
+    Station station(mute);
     TestClient client(station.ipv4());
     client.asks = false;
     static std::atomic<unsigned> runs;
@@ -263,11 +186,7 @@ TEST_F(Client, can_be_stopped_and_destroyed_in_every_state)
         TestClient never_started(0x7f000001);
     }
     {
-        Station station([] {
-            Faults faults;
-            faults.mute = true;
-            return faults;
-        }());
+        Station station(mute);
         TestClient reading(station.ipv4());
         reading.run_forever_in_own_thread(0);
         wait_until([&] { return station->counters().messages == 1; });

@@ -194,9 +194,7 @@ TYPED_TEST(Transports, find_each_message_behind_every_other)
     EXPECT_EQ(this->receive(transport, expected.size()), expected);
 
     // And every byte on its own.
-    Faults faults;
-    faults.split = 1;
-    station->set_faults(faults);
+    station->set_faults({.split = 1});
     station->send_raw(stream);
     EXPECT_EQ(this->receive(transport, expected.size()), expected);
 }
@@ -217,12 +215,21 @@ TYPED_TEST(Transports, take_the_longest_message_and_no_longer_one)
     EXPECT_EQ(transport.inbox.take().size(), 1u);
 }
 
-/// One command: how often it has been answered and failed.
+/// One command, which may be asked again: how often it has been answered and failed.
 struct Ending
 {
     std::atomic<unsigned> answers{0}, errors{0};
     std::atomic<int>* waiting = nullptr;
 
+    template <typename Transport>
+    void ask(Transport& client)
+    {
+        ++*waiting;
+        client.cmd_get_computer_name(AFunction1<AString>::member<&Ending::on_answer>(this),
+                                     AFunction2<AString, KVRP3::ErrorCode>::member<&Ending::on_error>(this));
+    }
+
+private:
     void on_answer(AString)
     {
         ++answers;
@@ -235,17 +242,58 @@ struct Ending
     }
 };
 
+// Whatever it does, the connection ends, the command with it, and the next connection works.
+TYPED_TEST(Transports, lose_a_server_that_misbehaves_and_find_it_again)
+{
+    const QByteArray good = QByteArray::fromStdString(shapes()[0]);
+    const struct
+    {
+        Faults faults;
+        QByteArray raw;
+        std::size_t messages;
+    } rows[] = {
+        {{.refuse = true}, "", 0},
+        {{.close_after_bytes = 30}, "", 0},
+        {{.close_after_bytes = 30, .half_close = true}, "", 0},
+        {{.mute = true}, QByteArray(10 << 20, '<'), 0},
+        {{.mute = true}, good + "<report><a></b></report>" + good, 1},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(&row - rows);
+        std::atomic<int> waiting{0};
+        Ending ending;
+        ending.waiting = &waiting;
+        Station station(row.faults);
+        TypeParam transport(station);
+        this->wait_until([&] { return transport.is_up() || transport.losses != 0; });
+        ending.ask(transport);
+        if (!row.raw.isEmpty()) {
+            this->wait_until([&] { return station->counters().connected == 1; });
+            station->send_raw(row.raw);
+        }
+        this->wait_until([&] { return transport.losses != 0 && waiting == 0; });
+        EXPECT_EQ(ending.errors, 1u);
+        EXPECT_EQ(transport.inbox.take().size(), row.messages);
+
+        station->set_faults({});
+        this->wait_until([&] { // a connection from before may still be on its way down
+            if (transport.is_up() && waiting == 0 && ending.answers == 0)
+                ending.ask(transport);
+            return ending.answers == 1;
+        });
+    }
+}
+
 TYPED_TEST(Transports, end_each_command_once_while_two_threads_send_and_the_server_drops_them)
 {
     const int count = support::scaled(100000); // from each thread
     const unsigned seed = std::random_device()();
     std::cout << "seed " << seed << '\n';
-    Faults faults;
-    faults.seed = seed;
-    faults.gather = 8;
-    faults.shuffle = true;
-    faults.close_chance = 5.0 / count; // some 10 connections in all
-    Station station(faults);
+    Station station(Faults{// some 10 connections in all
+                           .gather = 8,
+                           .shuffle = true,
+                           .close_chance = 5.0 / count,
+                           .seed = seed});
     TypeParam transport(station);
 
     std::vector<Ending> endings(static_cast<std::size_t>(2 * count));
@@ -259,10 +307,7 @@ TYPED_TEST(Transports, end_each_command_once_while_two_threads_send_and_the_serv
                     std::this_thread::sleep_for(std::chrono::microseconds(100));
             Ending& ending = endings[static_cast<std::size_t>(i)];
             ending.waiting = &waiting[who];
-            ++waiting[who];
-            transport.cmd_get_computer_name(
-                AFunction1<AString>::member<&Ending::on_answer>(&ending),
-                AFunction2<AString, KVRP3::ErrorCode>::member<&Ending::on_error>(&ending));
+            ending.ask(transport);
         }
         --working;
     };

@@ -22,9 +22,7 @@ std::vector<int> xids(const QByteArray& bytes)
     return found;
 }
 
-class FaultsTest : public SimulatorTest
-{
-};
+using FaultsTest = SimulatorTest;
 
 // What a client that sends nine commands has when the server has closed; the bytes are exact.
 TEST_F(FaultsTest, ConnectionsEndWhereTheyAreToldTo)
