@@ -1,7 +1,6 @@
 // Every example does what its first lines promise, and ends when there is no server.
-#include <simulator/server_thread.h>
-#include <support/loopback_address.h>
 #include <support/program.h>
+#include <support/station.h>
 
 #include <gmock/gmock.h>
 
@@ -19,17 +18,10 @@ QString path_of(const char* example)
 TEST(Examples, SayWhatTheServerAnswers)
 {
     support::need_application();
-    simulator::Settings settings;
-    settings.address = QHostAddress(QString::fromStdString(support::own_loopback_address()));
-    settings.computer_name = QStringLiteral("Köln <2>");
-    simulator::ServerThread server(settings);
-    ASSERT_TRUE(server.start()) << qPrintable(server.error_text());
-
+    const support::Station station("Köln <2>");
     const struct
     {
-        const char* example;
-        const char* beginning;
-        const char* end;
+        const char *example, *beginning, *end;
     } rows[] = {
         {"01_ask_name", "Köln <2>\n", ""},
         {"02_ask_name_qt", "Köln <2>\n", ""},
@@ -38,7 +30,7 @@ TEST(Examples, SayWhatTheServerAnswers)
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.example);
-        const auto ran = run(path_of(row.example), {settings.address.toString()});
+        const auto ran = run(path_of(row.example), {station.address().toString()});
         EXPECT_EQ(ran.code, 0);
         EXPECT_THAT(ran.out.toStdString(), StartsWith(row.beginning));
         EXPECT_THAT(ran.out.toStdString(), EndsWith(row.end));

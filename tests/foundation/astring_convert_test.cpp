@@ -168,16 +168,4 @@ TEST(AStringConvert, CharactersWithoutAFormEndTheText)
     EXPECT_EQ(QString(from_utf8("ab\xED\xA0\x80")), QStringLiteral("ab"));
 }
 
-TEST(AStringBuilder, CollectsOverASegmentBorder)
-{
-    skuan::AStringBuilder builder;
-    builder.append(AChar('x'), 63);
-    EXPECT_TRUE(builder.append_utf8("\xE2\x82\xAC", 3)); // the last of a segment
-    builder.append_latin1("\xE9", 1);                    // the first of the next
-    builder.append(AString::l1("end"));
-    EXPECT_FALSE(builder.append_utf8("yes\xFFno", 6));
-    EXPECT_EQ(builder.finish().to_string(), std::string(63, 'x') + "\xE2\x82\xAC\xC3\xA9" + "endyes");
-    EXPECT_EQ(builder.length(), 0u);
-}
-
 } // namespace

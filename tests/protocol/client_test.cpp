@@ -180,7 +180,7 @@ TEST_F(Client, runs_the_periodic_action_unless_four_commands_wait)
     EXPECT_EQ(runs, after);
 }
 
-TEST_F(Client, can_be_stopped_and_destroyed_in_every_state)
+TEST_F(Client, can_be_stopped_and_destroyed_while_it_is_busy)
 {
     {
         TestClient never_started(0x7f000001);
@@ -193,14 +193,6 @@ TEST_F(Client, can_be_stopped_and_destroyed_in_every_state)
         reading.stop();
         EXPECT_EQ(reading.errors, 0u); // what is outstanding is dropped
         wait_until([&] { return station->counters().connected == 0; });
-    }
-    {
-        SilentServer full(SilentServer::Full);
-        const unsigned others = full.kept_waiting();
-        TestClient connecting(full.ipv4());
-        connecting.run_forever_in_own_thread(0);
-        wait_until([&] { return full.kept_waiting() > others; });
-        EXPECT_EQ(connecting.connections, 0u);
     }
     {
         SilentServer open(SilentServer::Open);

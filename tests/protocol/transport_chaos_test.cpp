@@ -6,6 +6,7 @@
 #include <support/core_application.h>
 #include <support/memory_client.h>
 #include <support/scale.h>
+#include <support/silent_server.h>
 #include <support/station.h>
 
 #include <QThread>
@@ -21,6 +22,7 @@
 namespace {
 
 using simulator::Faults;
+using support::SilentServer;
 using support::Station;
 
 /// The messages that a transport has found in its stream, as text.
@@ -56,7 +58,7 @@ class Blocking : public KVRP3::Client
 public:
     static constexpr int longest_message = 32768;
 
-    explicit Blocking(const Station& station) : Client(station.ipv4())
+    explicit Blocking(const QHostAddress& address) : Client(address.toIPv4Address())
     {
         set_receive_debug_hook(inbox.hook());
         run_forever_in_own_thread(0);
@@ -77,7 +79,7 @@ class EventDriven : public KVRP3::APIQt
 public:
     static constexpr int longest_message = 65536;
 
-    explicit EventDriven(const Station& station)
+    explicit EventDriven(const QHostAddress& address)
     {
         set_receive_debug_hook(inbox.hook());
         connect(this, &APIQt::connected, this, [this] { up_ = true; });
@@ -86,7 +88,7 @@ public:
             ++losses;
             QTimer::singleShot(0, this, [this] { reconnect(); });
         });
-        connect_to_server(station.address());
+        connect_to_server(address);
     }
 
     Inbox inbox;
@@ -171,7 +173,7 @@ TYPED_TEST(Transports, find_each_message_wherever_it_is_cut)
         }
     }
     Station station(faults);
-    TypeParam transport(station);
+    TypeParam transport(station.address());
     this->wait_until([&] { return transport.is_up() && station->counters().connected == 1; });
     station->send_raw(stream);
     EXPECT_EQ(this->receive(transport, expected.size()), expected);
@@ -188,7 +190,7 @@ TYPED_TEST(Transports, find_each_message_behind_every_other)
                 expected.push_back(as_received(*message));
             }
     Station station;
-    TypeParam transport(station);
+    TypeParam transport(station.address());
     this->wait_until([&] { return transport.is_up() && station->counters().connected == 1; });
     station->send_raw(stream);
     EXPECT_EQ(this->receive(transport, expected.size()), expected);
@@ -205,7 +207,7 @@ TYPED_TEST(Transports, take_the_longest_message_and_no_longer_one)
     const QByteArray longest =
         begin + QByteArray(TypeParam::longest_message - begin.size() - end.size(), 'x') + end;
     Station station;
-    TypeParam transport(station);
+    TypeParam transport(station.address());
     this->wait_until([&] { return transport.is_up() && station->counters().connected == 1; });
     station->send_raw(longest + longest);
     EXPECT_EQ(this->receive(transport, 2).size(), 2u);
@@ -264,7 +266,7 @@ TYPED_TEST(Transports, lose_a_server_that_misbehaves_and_find_it_again)
         Ending ending;
         ending.waiting = &waiting;
         Station station(row.faults);
-        TypeParam transport(station);
+        TypeParam transport(station.address());
         this->wait_until([&] { return transport.is_up() || transport.losses != 0; });
         ending.ask(transport);
         if (!row.raw.isEmpty()) {
@@ -284,6 +286,30 @@ TYPED_TEST(Transports, lose_a_server_that_misbehaves_and_find_it_again)
     }
 }
 
+TYPED_TEST(Transports, can_be_destroyed_in_every_state)
+{
+    {
+        SilentServer full(SilentServer::Full);
+        const unsigned others = full.kept_waiting();
+        const TypeParam connecting(full.address());
+        this->wait_until([&] { return full.kept_waiting() > others; });
+        EXPECT_FALSE(connecting.is_up());
+    }
+    for (const Faults& faults : {Faults{.mute = true}, Faults{.flood = true}}) {
+        std::atomic<int> waiting{0};
+        Ending ending;
+        ending.waiting = &waiting;
+        Station station(faults);
+        TypeParam receiving(station.address());
+        this->wait_until([&] { return receiving.is_up(); });
+        ending.ask(receiving);
+        this->wait_until([&] {
+            return faults.flood ? station->counters().bytes_sent > 1000000
+                                : station->counters().messages == 1;
+        });
+    }
+}
+
 TYPED_TEST(Transports, end_each_command_once_while_two_threads_send_and_the_server_drops_them)
 {
     const int count = support::scaled(100000); // from each thread
@@ -294,7 +320,7 @@ TYPED_TEST(Transports, end_each_command_once_while_two_threads_send_and_the_serv
                            .shuffle = true,
                            .close_chance = 5.0 / count,
                            .seed = seed});
-    TypeParam transport(station);
+    TypeParam transport(station.address());
 
     std::vector<Ending> endings(static_cast<std::size_t>(2 * count));
     std::atomic<int> waiting[2]{}, working{2};

@@ -122,25 +122,6 @@ TEST_F(FaultsTest, JunkComesBetweenAnswers)
     EXPECT_TRUE(bytes.endsWith(name_replies(2, 2)));
 }
 
-// Some answers are whole, then one is cut; where, depends on the seed alone.
-TEST_F(FaultsTest, RandomCutsAreRepeatable)
-{
-    std::set<int> lengths;
-    for (unsigned seed = 1; seed <= 5; ++seed) {
-        QByteArray runs[2];
-        for (QByteArray& run : runs) {
-            const Station station(Faults{.close_chance = 0.2, .seed = seed});
-            PlainClient client(station);
-            client.send(names(1, 200));
-            run = client.read_all();
-            EXPECT_TRUE(name_replies(1, 200).startsWith(run));
-        }
-        EXPECT_EQ(runs[0], runs[1]);
-        lengths.insert(runs[0].size());
-    }
-    EXPECT_GT(lengths.size(), 1u);
-}
-
 TEST_F(FaultsTest, FloodsKeepTheirCountAndLetAnswersThrough)
 {
     const QByteArray report = "<report>\r\n<ltc/>\r\n</report>\r\n";

@@ -1,7 +1,6 @@
 // The command line from end to end: what each verb prints, in both forms, and how every run ends.
-#include <simulator/server_thread.h>
-#include <support/loopback_address.h>
 #include <support/program.h>
+#include <support/station.h>
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -12,6 +11,7 @@
 
 using simulator::Faults;
 using support::Ran;
+using support::Station;
 using testing::HasSubstr;
 
 namespace {
@@ -33,39 +33,21 @@ std::vector<QJsonObject> objects(const QByteArray& text)
     return all;
 }
 
-class Skuanctl : public testing::Test
+using Skuanctl = support::CoreApplication;
+
+QStringList to(const QHostAddress& address, const QStringList& rest)
 {
-protected:
-    Skuanctl()
-    {
-        support::need_application();
-        settings.address = QHostAddress(QString::fromStdString(support::own_loopback_address()));
-    }
+    return QStringList{"--host", address.toString()} + rest;
+}
 
-    void start()
-    {
-        server = std::make_unique<simulator::ServerThread>(settings);
-        ASSERT_TRUE(server->start()) << qPrintable(server->error_text());
-    }
-
-    QStringList arguments(const QStringList& rest) const
-    {
-        return QStringList{"--host", settings.address.toString()} + rest;
-    }
-
-    Ran ask(const QStringList& rest, const QByteArray& input = {}) const
-    {
-        return support::run(program, arguments(rest), input);
-    }
-
-    simulator::Settings settings;
-    std::unique_ptr<simulator::ServerThread> server;
-};
+Ran ask(const Station& station, const QStringList& rest, const QByteArray& input = {})
+{
+    return support::run(program, to(station.address(), rest), input);
+}
 
 TEST_F(Skuanctl, PrintsWhatTheServerAnswers)
 {
-    settings.computer_name = QStringLiteral("STUDIO <é>");
-    start();
+    const Station station("STUDIO <é>");
     const QByteArray read_back =
         "<reply><xid>1</xid><computername><ComputerName>STUDIO &lt;é&gt;</ComputerName>"
         "</computername></reply>\n";
@@ -83,7 +65,7 @@ TEST_F(Skuanctl, PrintsWhatTheServerAnswers)
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(qPrintable(row.arguments.join(' ')));
-        const Ran ran = ask(row.arguments, row.input);
+        const Ran ran = ask(station, row.arguments, row.input);
         EXPECT_EQ(ran.code, 0);
         EXPECT_EQ(ran.out, row.output);
         EXPECT_EQ(ran.err, "");
@@ -108,12 +90,13 @@ TEST_F(Skuanctl, RefusesBadUsageBeforeItConnects)
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.complaint.constData());
-        const Ran people = ask(row.arguments, row.input);
+        const Ran people = support::run(program, row.arguments, row.input);
         EXPECT_EQ(people.code, 2);
         EXPECT_EQ(people.out, "");
         EXPECT_THAT(people.err.toStdString(), HasSubstr(row.complaint.toStdString()));
 
-        const auto told = objects(ask(QStringList{"--json"} + row.arguments, row.input).err);
+        const auto told =
+            objects(support::run(program, QStringList{"--json"} + row.arguments, row.input).err);
         ASSERT_EQ(told.size(), 1u);
         EXPECT_EQ(told[0]["error"], "usage");
         EXPECT_THAT(told[0]["message"].toString().toStdString(), HasSubstr(row.complaint.toStdString()));
@@ -122,10 +105,11 @@ TEST_F(Skuanctl, RefusesBadUsageBeforeItConnects)
 
 TEST_F(Skuanctl, TellsWhyThereIsNoConnection)
 {
-    const QByteArray here = settings.address.toString().toUtf8();
-    Ran ran = ask({"--timeout", "7", "name"});
+    const std::string here = support::own_loopback_address();
+    Ran ran = support::run(program, {"--host", here.c_str(), "--timeout", "7", "name"});
     EXPECT_EQ(ran.code, 3);
-    EXPECT_EQ(ran.err, "skuanctl: cannot connect to " + here + " port 8913 within 7 s: Connection refused\n");
+    EXPECT_EQ(ran.err, "skuanctl: cannot connect to " + QByteArray(here.c_str()) +
+                           " port 8913 within 7 s: Connection refused\n");
     ran = support::run(program, {"--json", "--host", "no such host", "name"});
     EXPECT_EQ(ran.code, 3);
     EXPECT_EQ(objects(ran.err).at(0)["error"], "cannot_connect");
@@ -149,12 +133,12 @@ TEST_F(Skuanctl, TellsHowAConversationFailed)
         {Faults{.refuse = true}, {"name"}, 5, "connection_lost", "lost the connection"},
         {Faults{.close_after_bytes = 20}, {"clips"}, 5, "connection_lost", "host closed"},
     };
-    start();
+    const Station station;
     for (const auto& row : rows) {
         SCOPED_TRACE(row.code);
-        server->server()->set_faults(row.faults);
+        station->set_faults(row.faults);
         const QStringList limit{"--json", "--timeout", row.code == 4 ? "0.3" : "20"};
-        const Ran ran = ask(limit + row.arguments);
+        const Ran ran = ask(station, limit + row.arguments);
         EXPECT_EQ(ran.code, row.code);
         const auto told = objects(ran.err);
         if (row.error.isEmpty()) { // raw prints the server's error as what it is: a reply
@@ -172,44 +156,41 @@ TEST_F(Skuanctl, TellsHowAConversationFailed)
 
 TEST_F(Skuanctl, EndsAtBytesThatAreNoMessages)
 {
-    start();
+    const Station station(Faults{.mute = true});
+    simulator::Server* const server = station.operator->();
     QObject::connect(
-        server->server(), &simulator::Server::command, server->server(),
-        [this](quint64 client) { server->server()->send_raw(client, "<reply><xid>1</oops></reply>"); },
+        server, &simulator::Server::command, server,
+        [server](quint64 client) { server->send_raw(client, "<reply><xid>1</oops></reply>"); },
         Qt::DirectConnection);
-    server->server()->set_faults({.mute = true});
-    const Ran ran = ask({"--timeout", "20", "name"});
+    const Ran ran = ask(station, {"--timeout", "20", "name"});
     EXPECT_EQ(ran.code, 5);
     EXPECT_THAT(ran.err.toStdString(), HasSubstr("it sent bytes that are no messages"));
 }
 
 TEST_F(Skuanctl, StaysForReports)
 {
-    start();
-    server->server()->set_faults({
-        .flood = true,
-        .flood_report = "<report><clip_created><ClipID>a b</ClipID></clip_created></report>",
-    });
-
-    Ran ran = ask({"--json", "--count", "3", "raw"});
+    const Station station(Faults{
+        .flood = true, .flood_report = "<report><clip_created><ClipID>a b</ClipID></clip_created></report>"});
+    Ran ran = ask(station, {"--json", "--count", "3", "raw"});
     EXPECT_EQ(ran.code, 0);
     ASSERT_EQ(objects(ran.out).size(), 3u);
     EXPECT_EQ(objects(ran.out)[0]["kind"], "report");
     EXPECT_EQ(objects(ran.out)[0]["name"], "clip_created");
 
-    server->server()->set_faults({});
-    EXPECT_EQ(ask({"--listen", "0.1", "raw", ask_name}).code, 0);
-    ran = ask({"--listen", "0.1", "--count", "3", "raw"});
+    station->set_faults({});
+    EXPECT_EQ(ask(station, {"--listen", "0.1", "raw", ask_name}).code, 0);
+    ran = ask(station, {"--listen", "0.1", "--count", "3", "raw"});
     EXPECT_EQ(ran.code, 4);
     EXPECT_THAT(ran.err.toStdString(), HasSubstr("0 of 3 reports came within 0.1 s"));
 }
 
 TEST_F(Skuanctl, EndsQuietlyWithItsReaderAndLoudlyWithTheDisk)
 {
+    simulator::Settings settings;
     settings.clips = simulator::ClipStore::generated(20'000);
-    start();
+    const Station station(settings);
     const auto shell = [&](const char* command) {
-        return support::run("/bin/sh", {"-c", command, program, settings.address.toString()});
+        return support::run("/bin/sh", {"-c", command, program, station.address().toString()});
     };
     const Ran some = shell("\"$0\" --host \"$1\" clips | head -1");
     EXPECT_EQ(some.out, "load/clip_000000\n");
@@ -221,24 +202,25 @@ TEST_F(Skuanctl, EndsQuietlyWithItsReaderAndLoudlyWithTheDisk)
 
 TEST_F(Skuanctl, ShowsControlCharactersOnATerminalOnly)
 {
+    simulator::Settings settings;
     settings.clips = simulator::ClipStore();
     ASSERT_EQ(settings.clips.create_clip(QStringLiteral("a\\b\nc é")), simulator::ClipStore::Outcome::Done);
-    start();
-    EXPECT_EQ(ask({"clips"}).out, "a\\b\nc é\n");
+    const Station station(settings);
+    EXPECT_EQ(ask(station, {"clips"}).out, "a\\b\nc é\n");
 
     const Ran none = support::run("script", {"-qec", "true", "/dev/null"});
     if (none.code != 0)
         GTEST_SKIP() << "this machine gives no terminals: " << none.err.constData();
-    const QString clips = program + " " + arguments({"clips"}).join(' ');
+    const QString clips = program + " " + to(station.address(), {"clips"}).join(' ');
     const Ran shown = support::run("script", {"-qec", clips, "/dev/null"});
     EXPECT_EQ(shown.out, "a\\\\b\\nc é\r\n1 clip\r\n");
 }
 
 TEST_F(Skuanctl, EndsAtCtrlC)
 {
-    start();
+    const Station station;
     QProcess process;
-    process.start(program, arguments({"--listen", "600", "raw", ask_name}));
+    process.start(program, to(station.address(), {"--listen", "600", "raw", ask_name}));
     ASSERT_TRUE(process.waitForReadyRead()); // it listens now
     ::kill(static_cast<pid_t>(process.processId()), SIGINT);
     ASSERT_TRUE(process.waitForFinished());
