@@ -131,6 +131,13 @@ public:
     static AString from_unsigned_long(unsigned long value, int width = 0, char fill = ' ');
     static AString from_unsigned_long_long(unsigned long long value, int width = 0, char fill = ' ');
 
+    /// A speed in units of 1/65536 of normal play, as a decimal multiple of it with up to `digits` decimals
+    /// and the letter X behind: 65536 is 1X, 98304 is 1.5X. Rounded, half away from zero; a number has no
+    /// zeros at its end. Above 16, `digits` changes nothing.
+    static AString from_speed(int speed, unsigned digits);
+    /// Four numbers with points between them, the lowest byte first.
+    static AString from_ipaddr(unsigned address);
+
     unsigned length() const { return len_; }
     bool empty() const { return len_ == 0; }
     bool is_empty() const { return len_ == 0; }
@@ -315,6 +322,12 @@ public:
     bool to_unsigned_long(unsigned long* out) const;
     bool to_unsigned_long_long(unsigned long long* out) const;
     bool to_unsigned_short(unsigned short* out) const;
+
+    /// Reads what from_speed writes, truncating decimals beyond 1/65536; a part that is missing is 0. A text
+    /// without the X is the speed in units of 1/65536, signed or as unsigned 32 bits.
+    bool to_speed(int* out) const;
+    /// The address written as four numbers from 0 to 255, the first in the lowest byte; else `bad`.
+    unsigned to_ipaddr(unsigned bad) const;
 
 private:
     friend class skuan::AStringBuilder;
