@@ -13,9 +13,12 @@ if(NOT CMAKE_BUILD_TYPE)
   set(CMAKE_BUILD_TYPE Release)
 endif()
 
-add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual)
+add_compile_options(-Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Woverloaded-virtual)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  add_compile_options(-Wshadow=local) # a parameter may be named like a type: every tag is one, xid too
   add_compile_options(-Wno-restrict) # GCC 12 is wrong about a literal + std::string
+else()
+  add_compile_options(-Wshadow)
 endif()
 add_compile_definitions(QT_NO_KEYWORDS QT_DEPRECATED_WARNINGS)
 

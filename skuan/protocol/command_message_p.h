@@ -1,7 +1,7 @@
 // The message of one command while it is being built.
 #pragma once
 
-#include <skuan/protocol/kvrp3_tree_p.h>
+#include <skuan/protocol/kvrp3_kinds_p.h>
 
 namespace KVRP3 {
 
@@ -15,10 +15,12 @@ public:
     {
         arguments_.push_back(T::write(value));
     }
-    /// An argument that is not present leaves no element.
+    /// An argument that is not present leaves no element, nor does a flag that is false.
     template <typename T>
     void add_if(bool present, const typename T::Value& value)
     {
+        if constexpr (T::by_presence)
+            present = present && value;
         if (present)
             add<T>(value);
     }

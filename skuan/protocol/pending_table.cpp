@@ -54,8 +54,8 @@ void PendingTable::fail_all()
         // Out of the table only after the callback, as with a reply; a callback may also forget it.
         const auto entry = entries_.begin();
         const std::uint64_t key = entry->first;
-        const auto error = std::exchange(entry->second, ReplySlots()).error;
-        error.run(AString::l1("Failing all outstanding commands"), ErrorCode_general);
+        const ReplySlots ended = std::exchange(entry->second, ReplySlots());
+        ended.error.run(AString::l1("Failing all outstanding commands"), ErrorCode_general);
         entries_.erase(key);
     }
     failing_.set(0);

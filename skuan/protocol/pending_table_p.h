@@ -24,6 +24,9 @@ public:
     /// such an xid is never that of an entry.
     template <auto... Slots, typename... Callbacks>
     AString enter(const Callbacks&... callbacks);
+    /// The same for callbacks that lead to a callback group; the entry holds its guard until it ends.
+    template <auto... Slots, typename... Callbacks>
+    AString enter_guarded(const AReference<CallbackGuard>& guard, const Callbacks&... callbacks);
 
     /// Calls the command's callback for a reply, and removes the entry after one that ends it. A reply
     /// to an unknown xid is dropped.
@@ -55,9 +58,17 @@ AString PendingTable::enter(const Callbacks&... callbacks)
     const PortableMutexLock lock(lock_);
     if ((callbacks.is_null() && ...))
         return AString::l1("none") + unused_xid();
+    return enter_guarded<Slots...>({}, callbacks...);
+}
+
+template <auto... Slots, typename... Callbacks>
+AString PendingTable::enter_guarded(const AReference<CallbackGuard>& guard, const Callbacks&... callbacks)
+{
+    const PortableMutexLock lock(lock_);
     const AString xid = unused_xid();
     ReplySlots& slots = entries_[key_of(xid)];
     ((slots.*Slots = callbacks), ...);
+    slots.guard = guard;
     return xid;
 }
 
@@ -65,12 +76,14 @@ template <auto Slot, typename... Values>
 void PendingTable::fire(const AString& xid, Effect effect, Values... values)
 {
     std::decay_t<decltype(std::declval<ReplySlots>().*Slot)> callback;
+    AReference<CallbackGuard> guard; // stays until the callback has run
     {
         const PortableMutexLock lock(lock_);
         const auto entry = entries_.find(key_of(xid));
         if (entry == entries_.end())
             return;
         callback = entry->second.*Slot;
+        guard = entry->second.guard;
         // The entry counts until the callback has run. Emptied now, it cannot end a second time should
         // the connection be found lost meanwhile, by this callback or on another thread.
         if (effect == ends)

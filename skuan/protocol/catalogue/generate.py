@@ -4,8 +4,9 @@
     generate.py OUTPUT_FOLDER TEMPLATE...
 
 A template `name.h.in` is an ordinary source file in which a line `@what@` stands for the rows that the
-function `what` in cpp.py writes, at the indentation of that line. It becomes OUTPUT_FOLDER/name.h. A
-file is written only when its content changes, so that nothing is compiled for nothing.
+function `what` marked with `@fills` gives, at the indentation of that line. It becomes
+OUTPUT_FOLDER/name.h. A file is written only when its content changes, so that nothing is compiled for
+nothing.
 
 A row that names something unknown ends the run with its file and line.
 """
@@ -14,7 +15,8 @@ import re
 import sys
 from pathlib import Path
 
-from cpp import FILLERS
+import cpp_commands, cpp_messages, cpp_values, data  # noqa: these fill templates
+from layout import FILLERS
 from tables import Catalogue, Fault
 
 
