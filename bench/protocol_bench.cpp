@@ -1,112 +1,275 @@
-// What the protocol adds to the markup: from bytes to a typed call against parsing alone, and from a
-// command to bytes against building and writing the same tree by hand.
+// What the protocol adds to the markup, from the bytes of a message to typed values and from a call to
+// bytes; and what the same costs when a program writes it by hand with Qt.
+#include "messages.h"
+
 #include <skuan/markup/name_table.h>
 #include <skuan/markup/xml_parse.h>
 #include <skuan/protocol/kvrp3_api.h>
 
 #include <benchmark/benchmark.h>
 
+#include <QString>
+#include <QVector>
+#include <QXmlStreamReader>
+#include <QXmlStreamWriter>
+
 #include <string>
 
 namespace {
 
-const std::string report =
-    "<report>\r\n<userdict_change>\r\n<Key>GRE_3_status</Key>\r\n"
-    "<Value>writing:d:\\export\\news_0042.mxf</Value>\r\n</userdict_change>\r\n</report>";
+using Iterations = benchmark::IterationCount;
 
 class Client : public KVRP3::API
 {
 public:
-    using API::input_stream;
+    void take(const std::string& bytes) { input_stream(bytes.data(), static_cast<unsigned>(bytes.size())); }
+    void on_clip(KVRP3::ClipInfo clip)
+    {
+        ++calls;
+        benchmark::DoNotOptimize(clip.clip_length);
+    }
+    void on_ok() { ++calls; }
 
     unsigned long bytes = 0;
-    benchmark::IterationCount reports = 0;
+    Iterations calls = 0;
 
 protected:
     void send(const void*, unsigned length) override { bytes += length; }
-    void report_userdict_change(AString, AString) override { ++reports; }
+    void report_channel_timecode(KVRP3::Channel, unsigned position, KVRP3::Timecode, KVRP3::Timecode) override
+    {
+        ++calls;
+        benchmark::DoNotOptimize(position);
+    }
 };
 
-void report_from_bytes(benchmark::State& state)
+void parse_alone(XMLParseEngine& engine, const std::string& bytes)
 {
-    Client client;
-    for (auto _ : state)
-        client.input_stream(report.data(), static_cast<unsigned>(report.size()));
-    if (client.reports != state.iterations())
-        state.SkipWithError("a report was lost");
+    const char* at = bytes.data();
+    for (auto left = static_cast<unsigned>(bytes.size()); left != 0;) {
+        const unsigned taken = engine.input_bytes(left, at);
+        at += taken;
+        left -= taken;
+        for (XMLTree tree = engine.get_xml(); !tree.is_null(); tree = engine.get_xml())
+            benchmark::DoNotOptimize(tree);
+    }
 }
-BENCHMARK(report_from_bytes)->Name("Report/ours");
 
-void report_parsed_alone(benchmark::State& state)
+void parse_alone(benchmark::State& state, const std::string& bytes)
 {
     XMLParseEngine engine(32768);
     engine.config_tag("reply");
     engine.config_tag("report");
+    for (auto _ : state)
+        parse_alone(engine, bytes);
+}
+
+// The hand-written side: each value by its name into the field of a struct.
+
+struct QtTimecode
+{
+    bool valid = false;
+    QString standard, drop;
+    int position = 0;
+};
+
+QtTimecode qt_timecode(QXmlStreamReader& reader)
+{
+    QtTimecode value;
+    while (reader.readNextStartElement()) {
+        if (reader.name() == QLatin1String("Valid"))
+            value.valid = reader.readElementText() == QLatin1String("true");
+        else if (reader.name() == QLatin1String("VideoStandard"))
+            value.standard = reader.readElementText();
+        else if (reader.name() == QLatin1String("FieldNumber"))
+            value.position = reader.readElementText().toInt();
+        else if (reader.name() == QLatin1String("DropFrameFlag"))
+            value.drop = reader.readElementText();
+        else
+            reader.skipCurrentElement();
+    }
+    return value;
+}
+
+struct QtReport
+{
+    QString channel;
+    unsigned position = 0;
+    QtTimecode display, input;
+};
+
+void timecode_ours(benchmark::State& state)
+{
+    Client client;
+    for (auto _ : state)
+        client.take(timecode_report);
+    if (client.calls != state.iterations())
+        state.SkipWithError("a report was lost");
+}
+BENCHMARK(timecode_ours)->Name("Timecode/ours");
+BENCHMARK_CAPTURE(parse_alone, timecode, timecode_report)->Name("Timecode/parse alone");
+
+void timecode_with_qt(benchmark::State& state)
+{
+    const QByteArray bytes = QByteArray::fromStdString(timecode_report);
     for (auto _ : state) {
-        engine.input_bytes(static_cast<unsigned>(report.size()), report.data());
-        benchmark::DoNotOptimize(engine.get_xml());
-        benchmark::DoNotOptimize(engine.get_xml());
+        QXmlStreamReader reader(bytes);
+        QtReport report;
+        reader.readNextStartElement();
+        reader.readNextStartElement();
+        while (reader.readNextStartElement()) {
+            if (reader.name() == QLatin1String("Channel"))
+                report.channel = reader.readElementText();
+            else if (reader.name() == QLatin1String("ClipPosition"))
+                report.position = reader.readElementText().toUInt();
+            else if (reader.name() == QLatin1String("DisplayTimecode"))
+                report.display = qt_timecode(reader);
+            else if (reader.name() == QLatin1String("InputTimecode"))
+                report.input = qt_timecode(reader);
+            else
+                reader.skipCurrentElement();
+        }
+        benchmark::DoNotOptimize(report);
+        if (report.input.position != 1800000)
+            state.SkipWithError("the report was misread");
     }
 }
-BENCHMARK(report_parsed_alone)->Name("Report/parse alone");
+BENCHMARK(timecode_with_qt)->Name("Timecode/QXmlStreamReader");
 
-void write_command(benchmark::State& state)
+/// Many replies at a time, as each needs a command that waits for it.
+constexpr int clips = 100;
+
+void clipinfo_ours(benchmark::State& state)
+{
+    Client client;
+    const auto on_clip = AFunction1<KVRP3::ClipInfo>::member<&Client::on_clip>(&client);
+    for (auto _ : state) {
+        state.PauseTiming();
+        std::string replies;
+        for (int i = 0; i != clips; ++i)
+            replies += clipinfo_reply(client.cmd_get_clip_info(AString::l1("a"), on_clip, {}).to_string());
+        state.ResumeTiming();
+        client.take(replies);
+    }
+    if (client.calls != state.iterations() * clips)
+        state.SkipWithError("a reply was lost");
+}
+BENCHMARK(clipinfo_ours)->Name("Clipinfo/ours");
+
+void clipinfo_parsed_alone(benchmark::State& state)
+{
+    std::string replies;
+    for (int i = 0; i != clips; ++i)
+        replies += clipinfo_reply("1234567");
+    parse_alone(state, replies);
+}
+BENCHMARK(clipinfo_parsed_alone)->Name("Clipinfo/parse alone");
+
+const AString clip_id = AString::l1("news_0042"), xid = AString::l1("1234567");
+
+void cue_clip_ours(benchmark::State& state)
 {
     Client client;
     KVRP3::APICommand& sender = client;
-    const AString xid = AString::l1("1234567"), database = AString::l1("vantor.lodra"),
-                  prefix = AString::l1("news_0042/");
     for (auto _ : state)
-        sender.cmd_watch_metadata_database(xid, database, prefix);
+        sender.cmd_cue_clip(xid, KVRP3::Channel_C, clip_id, true, KVRP3::Loop_loopto, true, 1500, true, 3000,
+                            true, 2, true, KVRP3::Playback_field, true, 32768, true, KVRP3::ClipScope_vclip,
+                            true, 1500, true, 2999, true, true);
+    benchmark::DoNotOptimize(client.bytes);
 }
-BENCHMARK(write_command)->Name("Command/ours");
+BENCHMARK(cue_clip_ours)->Name("CueClip/ours");
 
-void write_command_by_hand(benchmark::State& state)
+void cue_clip_by_hand(benchmark::State& state)
 {
-    const AString &cmd = skuan::tag_name("cmd"), &xid_tag = skuan::tag_name("xid"),
-                  &watch = skuan::tag_name("watch_metadata_database"),
-                  &database_tag = skuan::tag_name("MetadataDatabase"),
-                  &prefix_tag = skuan::tag_name("MetadataPrefix");
-    const AString xid = AString::l1("1234567"), database = AString::l1("vantor.lodra"),
-                  prefix = AString::l1("news_0042/");
-    std::string out;
-    auto sink = [&out](const char* bytes, unsigned n) { out.append(bytes, n); };
+    const auto tag = [](const char* name) { return skuan::tag_name(name); };
+    const AString cmd = tag("cmd"), xid_tag = tag("xid"), cue_clip = tag("cue_clip"),
+                  channel = tag("Channel"), clip = tag("ClipID"), loop = tag("Loop"),
+                  go = tag("GotoPosition"), position = tag("ClipPosition"), angle = tag("Angle"),
+                  playback = tag("Playback"), speed = tag("Speed"), scope = tag("ClipScope"),
+                  loop_in = tag("LoopIn"), loop_out = tag("LoopOut"), black = tag("BlackOnCue");
+    const AString c = AString::l1("C"), loopto = AString::l1("loopto"), field = AString::l1("field"),
+                  half = AString::l1("0.5"), vclip = AString::l1("vclip");
+    unsigned long bytes = 0;
+    auto sink = [&bytes](const char*, unsigned n) { bytes += n; };
     for (auto _ : state) {
         AList<XMLTree> arguments;
-        arguments.push_back(XMLTree(database_tag, database));
-        arguments.push_back(XMLTree(prefix_tag, prefix));
+        arguments.push_back(XMLTree(channel, c));
+        arguments.push_back(XMLTree(clip, clip_id));
+        arguments.push_back(XMLTree(loop, loopto));
+        arguments.push_back(XMLTree(go, 1500u));
+        arguments.push_back(XMLTree(position, 3000u));
+        arguments.push_back(XMLTree(angle, 2u));
+        arguments.push_back(XMLTree(playback, field));
+        arguments.push_back(XMLTree(speed, half));
+        arguments.push_back(XMLTree(scope, vclip));
+        arguments.push_back(XMLTree(loop_in, 1500u));
+        arguments.push_back(XMLTree(loop_out, 2999u));
+        arguments.push_back(XMLTree(black));
         AList<XMLTree> parts;
         parts.push_back(XMLTree(xid_tag, xid));
-        parts.push_back(XMLTree(watch, std::move(arguments)));
+        parts.push_back(XMLTree(cue_clip, std::move(arguments)));
         const XMLTree message(cmd, std::move(parts));
-        out.clear();
         message.send_utf8(AFunction2<const char*, unsigned>::ref(sink), XMLTree::flatten_lines, true);
     }
+    benchmark::DoNotOptimize(bytes);
 }
-BENCHMARK(write_command_by_hand)->Name("Command/by hand");
+BENCHMARK(cue_clip_by_hand)->Name("CueClip/by hand");
+
+struct QtCueClip
+{
+    QString xid = "1234567", channel = "C", clip = "news_0042", loop = "loopto", playback = "field",
+            scope = "vclip";
+    unsigned go = 1500, position = 3000, angle = 2, loop_in = 1500, loop_out = 2999;
+    double speed = 0.5;
+    bool black = true;
+};
+
+void cue_clip_with_qt(benchmark::State& state)
+{
+    const QtCueClip cue;
+    QByteArray bytes;
+    for (auto _ : state) {
+        bytes.clear();
+        QXmlStreamWriter writer(&bytes);
+        writer.writeStartElement("cmd");
+        writer.writeTextElement("xid", cue.xid);
+        writer.writeStartElement("cue_clip");
+        writer.writeTextElement("Channel", cue.channel);
+        writer.writeTextElement("ClipID", cue.clip);
+        writer.writeTextElement("Loop", cue.loop);
+        writer.writeTextElement("GotoPosition", QString::number(cue.go));
+        writer.writeTextElement("ClipPosition", QString::number(cue.position));
+        writer.writeTextElement("Angle", QString::number(cue.angle));
+        writer.writeTextElement("Playback", cue.playback);
+        writer.writeTextElement("Speed", QString::number(cue.speed));
+        writer.writeTextElement("ClipScope", cue.scope);
+        writer.writeTextElement("LoopIn", QString::number(cue.loop_in));
+        writer.writeTextElement("LoopOut", QString::number(cue.loop_out));
+        if (cue.black)
+            writer.writeEmptyElement("BlackOnCue");
+        writer.writeEndElement();
+        writer.writeEndElement();
+        benchmark::DoNotOptimize(bytes);
+    }
+}
+BENCHMARK(cue_clip_with_qt)->Name("CueClip/QXmlStreamWriter");
 
 /// A command with callbacks and its answer, with `depth` others outstanding.
 void command_and_reply(benchmark::State& state)
 {
     Client client;
-    struct Count
-    {
-        benchmark::IterationCount ok = 0;
-        void on_ok() { ++ok; }
-    } count;
-    const AFunction ok = AFunction::member<&Count::on_ok>(&count);
+    const AFunction ok = AFunction::member<&Client::on_ok>(&client);
     for (int i = 1; i < state.range(0); ++i)
         client.cmd_sync(ok, {});
     const AString &reply = skuan::tag_name("reply"), &xid_tag = skuan::tag_name("xid"),
                   &ok_tag = skuan::tag_name("ok");
     for (auto _ : state) {
-        const AString xid = client.cmd_sync(ok, {});
+        const AString command_xid = client.cmd_sync(ok, {});
         AList<XMLTree> parts;
-        parts.push_back(XMLTree(xid_tag, xid));
+        parts.push_back(XMLTree(xid_tag, command_xid));
         parts.push_back(XMLTree(ok_tag));
         client.parse(XMLTree(reply, std::move(parts)));
     }
-    if (count.ok != state.iterations())
+    if (client.calls != state.iterations())
         state.SkipWithError("a reply was lost");
 }
 BENCHMARK(command_and_reply)->Name("Outstanding/ours")->Arg(1)->Arg(1000);

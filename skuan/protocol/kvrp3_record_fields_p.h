@@ -80,8 +80,7 @@ struct Fields
     template <typename R>
     static bool equal(const R& a, const R& b)
     {
-        return ((F::is_written(a) == F::is_written(b) &&
-                 (!F::is_written(a) || F::value(a) == F::value(b))) &&
+        return ((F::is_written(a) == F::is_written(b) && (!F::is_written(a) || F::value(a) == F::value(b))) &&
                 ...);
     }
 };
