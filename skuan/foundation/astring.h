@@ -15,6 +15,7 @@
 #include <string>
 
 class AString;
+class AStringFormat;
 class AStringList;
 class QString;
 
@@ -80,6 +81,7 @@ public:
     explicit AString(const char* utf8); ///< up to the 0; null gives the empty string
     explicit AString(const AStringList& items);
     AString(const AStringList& items, const AString& separator);
+    explicit AString(const AStringFormat& format); ///< as far as it is filled in
 
     // Makers from the encodings. Where a sequence is refused, or a 0 stands, the string ends: what came
     // before is kept, the rest is dropped, and nothing is reported. Latin-1 has no such sequence; its
@@ -267,6 +269,11 @@ public:
     int rfind(AChar c, unsigned from) const;
     bool contains(AChar c) const { return find(c) != -1; }
     bool contains(const AString& needle) const { return find(needle) != -1; }
+
+    /// This text as a template, with the first value filled in; what may be filled in, and what makes a
+    /// place for it, is told at AStringFormat::arg, whose header belongs to every use.
+    template <typename... Value>
+    AStringFormat arg(Value&&... value) const;
 
     AString operator+(const AString& other) const { return cat(*this, other); }
     AString& operator+=(const AString& other) { return *this = cat(*this, other); }

@@ -79,6 +79,18 @@ int EnumString::to_enumval(const AString& name, int bad) const
     return row ? row->value : bad;
 }
 
+AString EnumString::to_name(const AVariant& value, const AString& bad) const
+{
+    int known;
+    return valid_enum(value, &known) ? to_name(known, bad) : bad;
+}
+
+int EnumString::to_enumval(const AVariant& value, int bad) const
+{
+    valid_enum(value, &bad);
+    return bad;
+}
+
 bool EnumString::valid_name(const AString& name, int* out) const
 {
     const Row* row = row_of(name);
@@ -93,6 +105,18 @@ bool EnumString::valid_value(int value, AString* out) const
     if (row && out)
         *out = row->name;
     return row != nullptr;
+}
+
+bool EnumString::valid_enum(const AVariant& value, int* out) const
+{
+    if (!value.is_number() && valid_name(value.to_text(), out))
+        return true;
+    int number;
+    if (!value.valid_int(&number) || !valid_value(number, nullptr))
+        return false;
+    if (out)
+        *out = number;
+    return true;
 }
 
 bool EnumString::getfirst(int* out) const

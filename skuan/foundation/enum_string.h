@@ -4,6 +4,7 @@
 
 #include <skuan/export.h>
 #include <skuan/foundation/astring.h>
+#include <skuan/foundation/avariant.h>
 
 #include <vector>
 
@@ -38,13 +39,19 @@ public:
     /// The name of `value`; for an unknown value `bad`, or the default name.
     AString to_name(int value) const { return to_name(value, default_name_); }
     AString to_name(int value, const AString& bad) const;
+    AString to_name(const AVariant& value) const { return to_name(value, default_name_); }
+    AString to_name(const AVariant& value, const AString& bad) const;
     /// The value of `name`; for an unknown name `bad`, or the default value.
     int to_enumval(const AString& name) const { return to_enumval(name, default_value_); }
     int to_enumval(const AString& name, int bad) const;
+    int to_enumval(const AVariant& value) const { return to_enumval(value, default_value_); }
+    int to_enumval(const AVariant& value, int bad) const;
 
     // Whether the name or value is known. `out`, which may be null, is set only if it is.
     bool valid_name(const AString& name, int* out) const;
     bool valid_value(int value, AString* out) const;
+    /// What is no number is looked up by its text first, and then by the number that it may be read as.
+    bool valid_enum(const AVariant& value, int* out) const;
 
     // A walk over the values in numeric order. False, with nothing set, at the end of the walk and
     // when `current` is no value of the table. A null `out` only asks.
