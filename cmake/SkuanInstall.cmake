@@ -1,5 +1,6 @@
 # What an installed Skuan consists of: the libraries, their headers under the same paths as in the
-# tree, the programs, and the two descriptions that let CMake and pkg-config find them.
+# tree, the programs, the protocol as data, and the two descriptions that let CMake and pkg-config find
+# them.
 include(CMakePackageConfigHelpers)
 
 set(libraries skuan)
@@ -24,6 +25,10 @@ foreach(header IN LISTS SKUAN_PUBLIC_HEADERS)
 endforeach()
 install(DIRECTORY "${CMAKE_BINARY_DIR}/generated/" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
   FILES_MATCHING PATTERN "*.h" PATTERN "*_p.h" EXCLUDE)
+
+# The protocol for programs that are not C++, and for Wireshark.
+install(FILES "${CMAKE_BINARY_DIR}/generated/kvrp3.json" DESTINATION "${CMAKE_INSTALL_DATADIR}/skuan")
+install(FILES "${CMAKE_BINARY_DIR}/generated/kvrp3.lua" DESTINATION "${CMAKE_INSTALL_DATADIR}/skuan/wireshark")
 
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/Skuan")
 install(EXPORT SkuanTargets NAMESPACE Skuan:: DESTINATION "${package_dir}")

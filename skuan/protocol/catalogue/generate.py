@@ -15,7 +15,7 @@ import re
 import sys
 from pathlib import Path
 
-import cpp_commands, cpp_messages, cpp_values, data  # noqa: these fill templates
+import cpp_commands, cpp_messages, cpp_values, data, lua, page  # noqa: these fill templates
 from layout import FILLERS
 from tables import Catalogue, Fault
 
