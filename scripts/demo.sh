@@ -20,7 +20,7 @@ ask() {
     printf '\n$ skuanctl --host %s' "$host"
     local word
     for word; do
-        if [[ $word == *[^a-z0-9-]* ]]; then printf " '%s'" "$word"; else printf ' %s' "$word"; fi
+        if [[ $word == *[^a-zA-Z0-9_=/.:,-]* ]]; then printf " '%s'" "$word"; else printf ' %s' "$word"; fi
     done
     printf '\n'
     "$bin/skuanctl" --host "$host" --timeout 10 "$@"
@@ -29,6 +29,7 @@ ask name
 ask version
 ask clips
 ask --json version
+ask call download_clipids DirectoryName=archive/1987
 ask raw '<cmd><xid>1</xid><get_computer_name/></cmd>'
 
 echo

@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 
 #include <csignal>
+#include <mutex>
 
 using simulator::Faults;
 using support::Ran;
@@ -83,10 +84,35 @@ TEST_F(Skuanctl, RefusesBadUsageBeforeItConnects)
         {{"play"}, "", "there is no verb 'play'"},
         {{"name", "x"}, "", "what is 'x'?"},
         {{"--timeout", "nan", "name"}, "", "'nan' is no value for --timeout"},
-        {{"--count", "3", "clips"}, "", "--count belongs to raw"},
+        {{"--count", "3", "clips"}, "", "--count belongs to raw and reports"},
         {{"raw"}, QByteArray(ask_name) + "<cmd><xid>2</xid><a b='1'/></cmd>", "message 2 is not well-formed"},
         {{"raw"}, "<cmd><xid>\xff</xid><sync></sync></cmd>", "message 1 is not well-formed"},
         {{"raw", "<reply><xid>1</xid></reply>"}, "", "message 1 is no <cmd>"},
+        {{"call"}, "", "no command is given"},
+        {{"call", "cue_clp"}, "", "there is no command 'cue_clp'; did you mean cue_clip?"},
+        {{"call", "cue_clp", "--help"}, "", "did you mean cue_clip?"},
+        {{"call", "sync", "ClipID=x"}, "", "sync takes no arguments"},
+        {{"call", "play", "Chanel=A"}, "", "play has no 'Chanel'; did you mean Channel?"},
+        {{"call", "cue_clip", "ClipID=x"}, "", "cue_clip needs Channel: one of A, B, C"},
+        {{"call", "cue_clip", "ClipID=x", "ClipID=x"}, "", "ClipID is given twice"},
+        {{"call", "iso_angle", "Angle=256"},
+         "",
+         "'256' is no value for Angle, which takes a whole number from 0 to 255"},
+        {{"call", "jog", "JogDistance=0x10"}, "", "from -2147483648 to 2147483647"},
+        {{"call", "play", "Speed=32768"}, "", "a multiple of normal speed"},
+        {{"call", "ee", "AutoEE=1"}, "", "true or false"},
+        {{"call", "stop", "Channel"}, "", "Channel needs a value"},
+        {{"call", "stop", "Channel.x=A"}, "", "Channel has no parts"},
+        {{"call", "gang_stop", "ChannelSet=A,,B"}, "", "'' is no value for ChannelSet"},
+        {{"call", "list_bed", "Channel=A", "ListElement=x"},
+         "",
+         "ListElement takes no value but its parts ContentID,"},
+        {{"call", "list_bed", "Channel=A", "ListElement.Angle=1"}, "", "ListElement needs ContentID"},
+        {{"call", "metadata_set", "MetadataList.Metadata[1].Key=a"},
+         "",
+         "Metadata[1] needs Metadata[0] before it"},
+        {{"reports", "clip_changes"}, "", "did you mean clip_change?"},
+        {{"reports", "A,Z:status"}, "", "'Z' is no value for ChannelSet"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.complaint.constData());
@@ -127,6 +153,7 @@ TEST_F(Skuanctl, TellsHowAConversationFailed)
         const char* message;
     } rows[] = {
         {{}, {"clips", "nowhere"}, 1, "server_error", "the server answered: no such directory"},
+        {{}, {"call", "download_clipids", "DirectoryName=nowhere"}, 1, "server_error", "no such directory"},
         {{}, {"raw", "<cmd><xid>1</xid><zap></zap></cmd>", ask_name}, 1, "", ""},
         {Faults{.mute = true}, {"name"}, 4, "timed_out", "gave no answer within 0.3 s"},
         {Faults{.mute = true}, {"raw", ask_name}, 4, "timed_out", "no answer"},
@@ -165,6 +192,171 @@ TEST_F(Skuanctl, EndsAtBytesThatAreNoMessages)
     const Ran ran = ask(station, {"--timeout", "20", "name"});
     EXPECT_EQ(ran.code, 5);
     EXPECT_THAT(ran.err.toStdString(), HasSubstr("it sent bytes that are no messages"));
+}
+
+QByteArray written(const simulator::Element& element)
+{
+    QByteArray text = element.text.toHtmlEscaped().toUtf8();
+    for (const simulator::Element& child : element.children)
+        text += written(child);
+    const QByteArray tag = element.tag.toUtf8();
+    return text.isEmpty() ? "<" + tag + "/>" : "<" + tag + ">" + text + "</" + tag + ">";
+}
+
+/// A server that notes each command, and answers with the bodies that it is given, or `ok`.
+class Scripted : public Station
+{
+public:
+    explicit Scripted(std::vector<QByteArray> bodies = {"<ok/>"}, QByteArray then = {})
+        : Station(Faults{.mute = true})
+    {
+        simulator::Server* const server = operator->();
+        const auto answer = [this, server, bodies, then](quint64 client, const simulator::Element& message) {
+            {
+                const std::lock_guard lock(mutex_);
+                commands_.push_back(written(message.children.at(1)));
+            }
+            const QByteArray xid = message.child_text("xid").toUtf8();
+            for (const QByteArray& body : bodies)
+                server->send_raw(client, "<reply><xid>" + xid + "</xid>" + body + "</reply>");
+            server->send_raw(client, then);
+        };
+        QObject::connect(server, &simulator::Server::command, server, answer, Qt::DirectConnection);
+    }
+
+    std::vector<QByteArray> commands() const
+    {
+        const std::lock_guard lock(mutex_);
+        return commands_;
+    }
+
+private:
+    mutable std::mutex mutex_;
+    std::vector<QByteArray> commands_;
+};
+
+TEST_F(Skuanctl, CallsInTheOrderOfTheWire)
+{
+    const struct
+    {
+        QStringList words;
+        QByteArray sent;
+    } rows[] = {
+        {{"cue_clip", "BlackOnCue", "Speed=-0.5", "ClipID= a=b.c<", "Loop=loopto", "Channel=C"},
+         "<cue_clip><Channel>C</Channel><ClipID> a=b.c&lt;</ClipID><Loop>loopto</Loop><Speed>-0.5</Speed>"
+         "<BlackOnCue/></cue_clip>"},
+        {{"gang_stop", "MinLatency=false", "ChannelSet=B,A,B", "ChannelSet=L"},
+         "<gang_stop><ChannelSet><Channel>B</Channel><Channel>A</Channel><Channel>L</Channel></ChannelSet>"
+         "</gang_stop>"},
+        {{"list_bed", "ListElement.Transition.TransitionType=cut", "Channel=A", "ListElement.Angle=255",
+          "ListElement.ContentID.VClipID=v"},
+         "<list_bed><Channel>A</Channel><ListElement><ContentID><VClipID>v</VClipID></ContentID>"
+         "<Angle>255</Angle><Transition><TransitionType>cut</TransitionType></Transition></ListElement>"
+         "</list_bed>"},
+        {{"metadata_set", "MetadataList.Metadata.Value=1", "MetadataList.Metadata.Key=a",
+          "MetadataList.Metadata.Key=b", "MetadataList.Metadata[0].Key=?", "MetadataDatabase=d"},
+         {}}, // the first has its key
+        {{"metadata_set", "MetadataList.Metadata.Value=1", "MetadataList.Metadata.Key=a",
+          "MetadataList.Metadata.Key=b", "MetadataList.Metadata[1].Value=2", "MetadataDatabase=d"},
+         "<metadata_set><MetadataDatabase>d</MetadataDatabase><MetadataList>"
+         "<Metadata><Key>a</Key><Value>1</Value></Metadata><Metadata><Key>b</Key><Value>2</Value></Metadata>"
+         "</MetadataList></metadata_set>"},
+        {{"metadata_erase", "MetadataDatabase=", "KeyList=a,b", "KeyList="},
+         "<metadata_erase><MetadataDatabase/><KeyList><Key>a,b</Key><Key/></KeyList></metadata_erase>"},
+        {{"modify_clip_attributes", "ClipAttrChange.KeyList", "ClipID=x"},
+         "<modify_clip_attributes><ClipID>x</ClipID><ClipAttrChange><KeyList/></ClipAttrChange>"
+         "</modify_clip_attributes>"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(qPrintable(row.words.join(' ')));
+        const Scripted station;
+        const Ran ran = ask(station, QStringList("call") + row.words);
+        EXPECT_EQ(ran.code, row.sent.isEmpty() ? 2 : 0) << ran.err.constData();
+        EXPECT_EQ(ran.out, row.sent.isEmpty() ? "" : "ok\n");
+        EXPECT_EQ(station.commands(), row.sent.isEmpty() ? std::vector<QByteArray>{} : std::vector{row.sent});
+    }
+}
+
+TEST_F(Skuanctl, PrintsRepliesTyped)
+{
+    const Scripted station({
+        "<channel_current_timecode><Channel> A </Channel><DisplayTimecode><Valid>1</Valid><FieldNumber>-4"
+        "</FieldNumber><New><x>1</x></New></DisplayTimecode><ClipLength>many</ClipLength></"
+        "channel_current_timecode>",
+    });
+    const QStringList question{"call", "get_current_timecode", "Channel=A"};
+    EXPECT_EQ(ask(station, question).out, "channel_current_timecode\n"
+                                          "  Channel: A\n"
+                                          "  DisplayTimecode:\n"
+                                          "    Valid: 1\n"
+                                          "    FieldNumber: -4\n"
+                                          "    New: <New><x>1</x></New>\n"
+                                          "  ClipLength: many\n");
+    EXPECT_EQ(ask(station, QStringList("--json") + question).out,
+              "{\"kind\":\"reply\",\"name\":\"channel_current_timecode\",\"values\":{\"Channel\":\"A\","
+              "\"ClipLength\":\"many\",\"DisplayTimecode\":{\"FieldNumber\":-4,"
+              "\"New\":\"<New><x>1</x></New>\",\"Valid\":true}}}\n");
+
+    const Scripted disk({"<disk_usage><TotalDiskSpace>9007199254740993</TotalDiskSpace><AvailableDiskSpace>"
+                         "9007199254740992</AvailableDiskSpace></disk_usage>"});
+    EXPECT_EQ(
+        ask(disk, {"--json", "call", "get_disk_usage"}).out,
+        "{\"kind\":\"reply\",\"name\":\"disk_usage\",\"values\":{\"AvailableDiskSpace\":9007199254740992,"
+        "\"TotalDiskSpace\":\"9007199254740993\"}}\n");
+
+    const Scripted melts({"<melt_flags><MeltFlags><MeltFlagInhibitListNumbering>false"
+                          "</MeltFlagInhibitListNumbering></MeltFlags></melt_flags>",
+                          "<melt_item><MeltItem><Speed>-98304X</Speed></MeltItem></melt_item>",
+                          "<melt_item><MeltItem><Speed>98304</Speed></MeltItem></melt_item>", "<ok/>",
+                          "<melt_flags/>"});
+    EXPECT_EQ(
+        ask(melts, {"--json", "call", "download_melts"}).out,
+        "{\"kind\":\"reply\",\"name\":\"melt_flags\",\"values\":{\"MeltFlags\":{"
+        "\"MeltFlagInhibitListNumbering\":true}}}\n"
+        "{\"kind\":\"reply\",\"name\":\"melt_item\",\"values\":{\"MeltItem\":{\"Speed\":\"-98304X\"}}}\n"
+        "{\"kind\":\"reply\",\"name\":\"melt_item\",\"values\":{\"MeltItem\":{\"Speed\":1.5}}}\n"
+        "{\"kind\":\"reply\",\"name\":\"ok\",\"values\":{}}\n");
+}
+
+TEST_F(Skuanctl, PrintsReportsOfTheClassesAsked)
+{
+    const QByteArray report = "<report><channel_speed><Channel>A</Channel><Speed>-1.5</Speed></channel_speed>"
+                              "</report><report><config_changed/></report>";
+    const struct
+    {
+        QStringList words;
+        std::vector<QByteArray> sent;
+    } rows[] = {
+        {{"melt", "A,B:speed,info", "clip_change", "userdict:a:b", "metadata:m"},
+         {"<reports_register><ReportSet><ReportType>melt</ReportType><ReportType>clip_change</ReportType>"
+          "</ReportSet></reports_register>",
+          "<channel_reports_register><ChannelSet><Channel>A</Channel><Channel>B</Channel></ChannelSet>"
+          "<ChannelReportSet><ChannelReportType>speed</ChannelReportType><ChannelReportType>info"
+          "</ChannelReportType></ChannelReportSet></channel_reports_register>",
+          "<userdict_watch><Key>a:b</Key></userdict_watch>",
+          "<watch_metadata_database><MetadataDatabase>m</MetadataDatabase></watch_metadata_database>"}},
+        {{}, {}}, // everything: 12 classes, and 8 of each of 12 channels
+    };
+    for (const auto& row : rows) {
+        const Scripted station({"<ok/>"}, report);
+        const Ran ran = ask(station, QStringList{"--count", "3", "reports"} + row.words);
+        EXPECT_EQ(ran.code, 0) << ran.err.constData();
+        const QByteArray speed = "channel_speed\n  Channel: A\n  Speed: -1.5\n";
+        EXPECT_EQ(ran.out, speed + "config_changed\n" + speed);
+        const auto sent = station.commands();
+        if (!row.sent.empty()) {
+            EXPECT_EQ(sent, row.sent);
+        } else {
+            ASSERT_EQ(sent.size(), 2u);
+            EXPECT_EQ(sent[0].count("</ReportType>"), 12);
+            EXPECT_EQ(sent[1].count("</Channel>"), 12);
+            EXPECT_EQ(sent[1].count("</ChannelReportType>"), 8);
+        }
+    }
+    const Scripted station({"<error><ErrorMessage>no</ErrorMessage><ErrorCode>general</ErrorCode></error>"});
+    const Ran ran = ask(station, {"--json", "reports", "melt"});
+    EXPECT_EQ(ran.code, 1);
+    EXPECT_EQ(objects(ran.err).at(0)["code"], "general");
 }
 
 TEST_F(Skuanctl, StaysForReports)
@@ -227,6 +419,46 @@ TEST_F(Skuanctl, EndsAtCtrlC)
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(process.exitCode(), 130);
     EXPECT_EQ(process.readAllStandardError(), "");
+}
+
+TEST_F(Skuanctl, CompletesInBash)
+{
+    const struct
+    {
+        const char* line; // up to the cursor
+        const char* candidates;
+    } rows[] = {
+        {"c", "clips call complete "},
+        {"--json --host h ver", "version "},
+        {"--timeout ", ""},
+        {"clips --", "--host --timeout --json --help "},
+        {"call list_play_reorder_",
+         "list_play_reorder_start list_play_reorder_item list_play_reorder_finish "},
+        {"call play Channel=A ", "Speed= MinLatency "},
+        {"call --json cue_clip Loop=loop", "loop loopto "},
+        {"call gang_stop ChannelSet=K,L,A", "K,L,A "},
+        {"call list_bed ListElement.Transition.", "ListElement.Transition.TransitionType= "
+                                                  "ListElement.Transition.TransitionDuration= "},
+        {"call metadata_set MetadataList.Metadata[1].K", "MetadataList.Metadata[1].Key= "},
+        {"call nothing C", ""},
+        {"reports clip", "clip_change "},
+        {"reports A:speed,t", "speed,timecode "},
+    };
+    QStringList lines;
+    QByteArray expected;
+    for (const auto& row : rows) {
+        lines += QStringLiteral("skuanctl ") + row.line;
+        expected += QByteArray(row.line) + "|" + row.candidates + "\n";
+    }
+    const Ran ran = support::run(
+        "bash", QStringList{"-c",
+                            "source \"$0\"; program=$1; shift\n"
+                            "for COMP_LINE; do COMP_POINT=${#COMP_LINE}; _skuanctl \"$program\"\n"
+                            "printf '%s|' \"${COMP_LINE#skuanctl }\"\n"
+                            "[[ ${#COMPREPLY[@]} = 0 ]] || printf '%s ' \"${COMPREPLY[@]}\"; echo; done",
+                            SKUANCTL_COMPLETION, program} +
+                    lines);
+    EXPECT_EQ(ran.out, expected) << ran.err.constData();
 }
 
 } // namespace

@@ -1,9 +1,16 @@
 // skuanctl: asks a video disk server from the command line.
+#include <skuanctl/help.h>
 #include <skuanctl/program.h>
 
 #include <QCoreApplication>
 
 #include <cstdio>
+
+static ExitCode refuse(const Options& options, const QString& why)
+{
+    Output(options.json).error({exit_usage, why, {}});
+    return exit_usage;
+}
 
 int main(int argc, char** argv)
 {
@@ -11,12 +18,14 @@ int main(int argc, char** argv)
     QCoreApplication::setApplicationName(QStringLiteral("skuanctl"));
 
     const Options options = parse_options(QCoreApplication::arguments());
-    if (!options.error.isEmpty()) {
-        Output(options.json).error({exit_usage, options.error + QStringLiteral("; see skuanctl --help"), {}});
-        return exit_usage;
-    }
+    if (!options.error.isEmpty())
+        return refuse(options, options.error + QStringLiteral("; see --help"));
     if (options.help) {
-        std::fputs(qPrintable(help_text()), stdout);
+        QString error;
+        const QString text = help_text(options, &error);
+        if (!error.isEmpty())
+            return refuse(options, error);
+        std::fputs(text.toUtf8().constData(), stdout);
         return std::fflush(stdout) == 0 ? exit_ok : exit_cannot_write;
     }
 

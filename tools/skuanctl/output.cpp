@@ -64,9 +64,14 @@ Output::Output(bool json) : json_(json), to_terminal_(is_terminal(stdout))
 
 void Output::line(const QString& text, const QJsonObject& object)
 {
+    lines({text}, object);
+}
+
+void Output::lines(const QStringList& texts, const QJsonObject& object)
+{
     if (json_)
-        write(json_line(object));
-    else
+        return write(json_line(object));
+    for (const QString& text : texts)
         write((to_terminal_ ? made_visible(text) : text).toUtf8() + '\n');
 }
 

@@ -6,6 +6,7 @@
 
 #include <QJsonObject>
 #include <QObject>
+#include <QStringList>
 #include <QTimer>
 
 /// Lives on the main thread. Lines are gathered while events are at hand and written when the program
@@ -18,6 +19,9 @@ public:
 
     /// One line of the result: the text, or, with --json, the object.
     void line(const QString& text, const QJsonObject& object);
+
+    /// A result of several lines, which is still one object.
+    void lines(const QStringList& texts, const QJsonObject& object);
 
     /// A remark for who sits at a terminal; nobody else gets it.
     void remark(const QString& text);

@@ -28,12 +28,6 @@ QString refusal(std::size_t number, const QByteArray& bytes, const char* why)
 
 } // namespace
 
-AString xid_of(const XMLTree& message)
-{
-    static const AString xid = AString::l1("xid");
-    return message.get_subnode(xid).get_content().despace();
-}
-
 RawInput cut_commands(const QByteArray& text)
 {
     static const QByteArray closing = QByteArrayLiteral("</cmd>");

@@ -18,14 +18,38 @@ const std::vector<VerbRow>& verb_rows()
          "every command is answered; each is checked before any is sent,\n"
          "and then sent as it stands",
          "kind (reply or report), xid (of a reply), name, xml", make_raw},
+        {"call", "COMMAND [TAG=VALUE...]", -1,
+         "send one command and print its replies; call --help lists the\n"
+         "commands, call COMMAND --help tells what one of them takes",
+         "kind (reply), name, values (by tag)", make_call, call_details, call_candidates},
+        {"reports", "[CLASS...]", -1,
+         "print reports as they come, of these classes or of all, until\n"
+         "Ctrl-C, --count or --listen ends it; reports --help lists them",
+         "kind (report), name, values (by tag)", make_reports, reports_details, reports_candidates},
+        {"complete", "-- WORD...", -1,
+         "print what the last word may become, for the completion of\n"
+         "shells; the words before it are those after skuanctl",
+         "candidate", make_complete},
     };
     return rows;
+}
+
+const VerbRow* find_verb(const QString& name)
+{
+    for (const VerbRow& verb : verb_rows())
+        if (name == QLatin1String(verb.name))
+            return &verb;
+    return nullptr;
 }
 
 void Verb::on_error(AString message, KVRP3::ErrorCode code)
 {
     // A lost connection fails the command too; the link tells that one in better words.
     if (program_.link().answered_error())
-        program_.fail({exit_server_error, QStringLiteral("the server answered: %1").arg(QString(message)),
-                       QString(KVRP3::ErrorCode_to_string(code))});
+        fail_as_server_said(message, KVRP3::ErrorCode_to_string(code));
+}
+
+void Verb::fail_as_server_said(const QString& message, const QString& code)
+{
+    program_.fail({exit_server_error, QStringLiteral("the server answered: %1").arg(message), code});
 }
