@@ -5,40 +5,39 @@
 
 #include <QString>
 
-namespace {
-
-/// How many characters of `text` at `pos`, where a `%` stands, make a place; 0 if they are plain text.
-unsigned place_length(const AString& text, unsigned pos)
-{
-    const unsigned digits = text.substr(pos + 1, 3).leading_digits().length();
-    return digits == 1 || digits == 2 ? 1 + digits : 0;
-}
-
-void find_place(const AString& text, unsigned from, int* position, unsigned* length)
-{
-    constexpr AChar percent('%');
-    int at = text.find(percent, from);
-    while (at >= 0 && !(*length = place_length(text, static_cast<unsigned>(at))))
-        at = text.find(percent, static_cast<unsigned>(at) + 1);
-    *position = at;
-}
-
-int place_number(const AString& piece)
-{
-    int number = -1;
-    if (piece.firstchar() == AChar('%') && place_length(piece, 0) == piece.length())
-        piece.remove_left(1).to_int(&number);
-    return number;
-}
-
-} // namespace
-
 AString::AString(const AStringFormat& format) : AString(format.operator AString()) {}
 
 AStringFormat::AStringFormat(const AString& format)
 {
-    for (const AString& piece : format.split(&find_place, true, false))
-        pieces_.push_back(Piece{piece, place_number(piece)});
+    unsigned cut = 0; // what stands before it is in pieces
+    unsigned place = 0;
+    unsigned length = 0; // of the `%` at `place` and the digits behind it; 0 in plain text
+    int number = 0;
+    const auto end_of_digits = [&] {
+        if (length != 2 && length != 3)
+            return;
+        if (place != cut)
+            pieces_.push_back(Piece{format.substr(cut, place - cut), -1});
+        pieces_.push_back(Piece{format.substr(place, length), number});
+        cut = place + length;
+    };
+
+    unsigned pos = 0;
+    for (const AChar c : format) {
+        if (length != 0 && c.is_digit()) {
+            if (++length <= 3)
+                number = number * 10 + static_cast<int>(c.to_digit(0));
+        } else {
+            end_of_digits();
+            place = pos;
+            length = c == AChar('%');
+            number = 0;
+        }
+        ++pos;
+    }
+    end_of_digits();
+    if (!format.empty())
+        pieces_.push_back(Piece{format.substr(cut), -1});
 }
 
 AStringFormat& AStringFormat::arg(const AString& text)

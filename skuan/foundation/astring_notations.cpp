@@ -1,47 +1,43 @@
 // The field's own notations in text: speeds as multiples of normal play, and network addresses.
 #include <skuan/foundation/assertfail.h>
 #include <skuan/foundation/astring.h>
+#include <skuan/foundation/number_scan_p.h>
+#include <skuan/foundation/speed_notation_p.h>
 
 #include <algorithm>
 
-namespace {
-
-bool is_hex(const AString& digits)
-{
-    return digits.getchar(0) == AChar('0') && digits.getchar(1) == AChar('x');
-}
+namespace skuan {
 
 /// The decimals as 16 bits, truncated; 60 bits carry them on the way.
-bool fraction_bits(const AString& decimals, unsigned* out)
+static bool fraction_bits(const AChar* begin, const AChar* end, unsigned* out)
 {
-    for (const AChar digit : decimals) {
-        const unsigned c = digit.ord();
+    for (const AChar* at = begin; at != end; ++at) {
+        const unsigned c = at->ord();
         if (!SKUAN_CHECK('0' <= c && c <= '9'))
             return false;
     }
     // A multiple of 1/65536 ends after 16 decimals, so what follows them cannot reach the next one.
     std::uint64_t acc = 0;
-    for (unsigned i = std::min(decimals.length(), 16u); i-- != 0;)
-        acc = (acc + (std::uint64_t{decimals.getchar(i).to_digit(0)} << 60)) / 10;
+    for (const AChar* at = begin + std::min<std::ptrdiff_t>(end - begin, 16); at != begin; --at)
+        acc = (acc + (std::uint64_t{at[-1].to_digit(0)} << 60)) / 10;
     *out = static_cast<unsigned>(acc >> 44);
     return true;
 }
 
 /// A signed decimal number as a speed. A part may be missing, and so may both.
-bool parse_multiple(AString text, int* out)
+static bool read_multiple(NumberScan& number, int* out)
 {
-    const bool minus = text.firstchar() == AChar('-');
-    if (minus || text.firstchar() == AChar('+'))
-        text = text.remove_left(1);
-    const int point = text.find(AChar('.'));
-    const AString whole_digits = text.left(static_cast<unsigned>(point));
-    const AString decimals = point < 0 ? AString() : text.substr(static_cast<unsigned>(point) + 1);
+    const bool minus = number.take_sign();
+    const AChar* const begin = number.begin();
+    const AChar* const end = number.end();
+    const AChar* const point = std::find(begin, end, AChar('.'));
+    const AChar* const decimals = point == end ? end : point + 1;
 
     std::uint64_t whole = 0;
     unsigned fraction = 0;
-    if (is_hex(whole_digits) || is_hex(decimals) ||
-        (!whole_digits.empty() && !whole_digits.to_uint64_t(&whole)) || whole > 32767u + minus ||
-        !fraction_bits(decimals, &fraction))
+    if (has_hex_prefix(begin, point) || has_hex_prefix(decimals, end) ||
+        (begin != point && !NumberScan(begin, point).magnitude(&whole)) || whole > 32767u + minus ||
+        !fraction_bits(decimals, end, &fraction))
         return false;
     // Below -32768 the sum wraps to a positive speed, here as on the other side of the wire.
     const unsigned magnitude = static_cast<unsigned>(whole) << 16 | fraction;
@@ -50,7 +46,7 @@ bool parse_multiple(AString text, int* out)
     return true;
 }
 
-bool parse_raw(const AString& text, int* out)
+static bool read_raw(const AString& text, int* out)
 {
     std::uint32_t bits = 0;
     if (text.to_int(out))
@@ -62,7 +58,17 @@ bool parse_raw(const AString& text, int* out)
     return true;
 }
 
-} // namespace
+bool read_speed(const AString& text, SpeedLetter letter, int* out)
+{
+    NumberScan number(text);
+    if (number.empty())
+        return false;
+    if (number.take_last('X'))
+        return read_multiple(number, out);
+    return (letter == SpeedLetter::optional && read_multiple(number, out)) || read_raw(text, out);
+}
+
+} // namespace skuan
 
 AString AString::from_speed(int speed, unsigned digits)
 {
@@ -107,10 +113,7 @@ AString AString::from_speed(int speed, unsigned digits)
 
 bool AString::to_speed(int* out) const
 {
-    const AString text = despace();
-    if (text.empty())
-        return false;
-    return text.lastchar() == AChar('X') ? parse_multiple(text.remove_right(1), out) : parse_raw(text, out);
+    return skuan::read_speed(*this, skuan::SpeedLetter::required, out);
 }
 
 AString AString::from_ipaddr(unsigned address)

@@ -1,80 +1,25 @@
 // Numbers from text and into text.
 #include <skuan/foundation/astring.h>
+#include <skuan/foundation/number_scan_p.h>
 
 #include <cstdio>
 #include <limits>
 #include <memory>
 #include <type_traits>
-#include <vector>
+
+using skuan::NumberScan;
 
 namespace {
 
-/// The characters of a text with no space around them, in one piece.
-class Digits
-{
-public:
-    explicit Digits(const AString& text)
-    {
-        at_ = text.contiguous();
-        if (!at_ && !text.empty()) {
-            text.for_each_run(
-                [this](const AChar* run, unsigned n) { joined_.insert(joined_.end(), run, run + n); });
-            at_ = joined_.data();
-        }
-        end_ = at_ + text.length();
-        while (at_ != end_ && at_->is_space())
-            ++at_;
-        while (at_ != end_ && end_[-1].is_space())
-            --end_;
-    }
-
-    bool take(char c)
-    {
-        const bool there = at_ != end_ && *at_ == AChar::from_latin1(c);
-        at_ += there;
-        return there;
-    }
-
-    /// All that is left as a number. The prefix changes what counts as a digit but not the base: 0x20 is 20.
-    /// Overflow is known by the sum falling below what it was, so a number far enough beyond 64 bits may
-    /// come out wrapped. Both are meant so: the other side of the wire does the same.
-    bool magnitude(std::uint64_t* out)
-    {
-        const bool hex = end_ - at_ >= 2 && at_[0] == AChar('0') && at_[1] == AChar('x');
-        if (hex)
-            at_ += 2;
-        if (at_ == end_)
-            return false;
-        constexpr unsigned none = ~0u;
-        std::uint64_t sum = 0;
-        for (; at_ != end_; ++at_) {
-            const unsigned digit = hex ? at_->to_hexdigit(none) : at_->to_digit(none);
-            const std::uint64_t before = sum;
-            sum = sum * 10 + digit;
-            if (digit == none || sum < before)
-                return false;
-        }
-        *out = sum;
-        return true;
-    }
-
-private:
-    const AChar* at_ = nullptr;
-    const AChar* end_ = nullptr;
-    std::vector<AChar> joined_; // of a text that lies in several segments
-};
-
 bool parse(const AString& text, std::uint64_t* out)
 {
-    return Digits(text).magnitude(out);
+    return NumberScan(text).magnitude(out);
 }
 
 bool parse(const AString& text, std::int64_t* out)
 {
-    Digits digits(text);
-    const bool minus = digits.take('-');
-    if (!minus)
-        digits.take('+');
+    NumberScan digits(text);
+    const bool minus = digits.take_sign();
     std::uint64_t magnitude = 0;
     const std::uint64_t limit = std::uint64_t{std::numeric_limits<std::int64_t>::max()} + minus;
     if (!digits.magnitude(&magnitude) || magnitude > limit)

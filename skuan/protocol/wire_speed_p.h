@@ -1,7 +1,7 @@
 // How a speed stands in a message: the notation of AString::from_speed without its letter.
 #pragma once
 
-#include <skuan/foundation/astring.h>
+#include <skuan/foundation/speed_notation_p.h>
 
 namespace KVRP3 {
 
@@ -15,11 +15,7 @@ inline AString from_wire_speed(int speed)
 /// itself in units of 1/65536. False leaves `speed`, which may be null, untouched.
 inline bool to_wire_speed(const AString& text, int* speed)
 {
-    const AString number = text.despace();
-    const AString letter = AChar('X');
-    if (!number.empty() && !number.has_suffix(letter) && (number + letter).to_speed(speed))
-        return true;
-    return number.to_speed(speed);
+    return skuan::read_speed(text, skuan::SpeedLetter::optional, speed);
 }
 
 } // namespace KVRP3
