@@ -1,25 +1,10 @@
 // The tag rule, and the words for what was wrong.
 #include <skuan/protocol/kvrp3_tree_p.h>
 
+#include <skuan/foundation/astring_format.h>
 #include <skuan/protocol/kvrp3_children_p.h>
 
-#include <initializer_list>
-
 namespace KVRP3 {
-
-/// `text` with each `%n` replaced by the nth value.
-static AString filled(const char* text, std::initializer_list<AString> values)
-{
-    const AString form = AString::l1(text);
-    AString result;
-    unsigned from = 0;
-    for (int at = form.find(AChar('%'), 0); at >= 0; at = form.find(AChar('%'), from)) {
-        result += form.mid(from, static_cast<unsigned>(at) - from);
-        result += values.begin()[form.getchar(static_cast<unsigned>(at) + 1).ord() - '1'];
-        from = static_cast<unsigned>(at) + 2;
-    }
-    return result + form.mid(from);
-}
 
 const XMLTree* find_element(const XMLTree& within, const AString& tag, AString* error)
 {
@@ -57,38 +42,43 @@ void find_children(const XMLTree& within, const AString* const* tags, unsigned c
 bool not_found(const AString& tag, const XMLTree& within, AString* error)
 {
     if (error)
-        *error = filled("Tag '%1' not found within '%2'", {tag, within.get_tag()});
+        *error = AString::l1("Tag '%1' not found within '%2'").arg(tag).arg(within.get_tag());
     return false;
 }
 
 bool found_twice(const AString& tag, const XMLTree& within, AString* error)
 {
     if (error)
-        *error = filled("More than one tag '%1' found within '%2'", {tag, within.get_tag()});
+        *error = AString::l1("More than one tag '%1' found within '%2'").arg(tag).arg(within.get_tag());
     return false;
 }
 
 bool invalid_value(const XMLTree& element, AString* error)
 {
+    const AString text = element.get_content().despace();
     if (error)
-        *error = filled("Tag %1 contains invalid value '%2'",
-                        {element.get_tag(), element.get_content().despace()});
+        *error = AString::l1("Tag %1 contains invalid value '%2'").arg(element.get_tag()).arg(text);
     return false;
 }
 
 bool invalid_boolean(const XMLTree& element, AString* error)
 {
+    const AString text = element.get_content().despace();
     if (error)
-        *error = filled("Tag %1 contains invalid %3 value '%2'",
-                        {element.get_tag(), element.get_content().despace(), AString::l1("boolean")});
+        *error = AString::l1("Tag %1 contains invalid %3 value '%2'")
+                     .arg(element.get_tag())
+                     .arg(text)
+                     .arg("boolean");
     return false;
 }
 
 bool too_many_members(const XMLTree& element, unsigned count, unsigned capacity, AString* error)
 {
     if (error)
-        *error = filled("Tag %1 contains %2 subelements. The maximum is %3.",
-                        {element.get_tag(), AString::from_uint32_t(count), AString::from_uint32_t(capacity)});
+        *error = AString::l1("Tag %1 contains %2 subelements. The maximum is %3.")
+                     .arg(element.get_tag())
+                     .arg(count)
+                     .arg(capacity);
     return false;
 }
 
