@@ -23,7 +23,6 @@ protected:
     {
         log("error", xid, message + AString::l1("/") + ErrorCode_to_string(code));
     }
-    void reply_clipid(const AString& xid, AString clip) override { log("clipid", xid, clip); }
     void reply_computername(const AString& xid, AString name) override { log("computername", xid, name); }
     void reply_version_info(const AString&, AString version, AString path) override
     {
@@ -39,8 +38,6 @@ TEST(APIParser, calls_the_operation_of_a_message)
         {"<reply><xid>5</xid><error><ErrorMessage>no such clip</ErrorMessage>"
          "<ErrorCode> clipnotfound\n</ErrorCode></error></reply>",
          "error 5 no such clip/clipnotfound"},
-        {"<reply><xid>2</xid><clipid><ClipID> a &amp; b </ClipID></clipid><future>1</future></reply>",
-         "clipid 2  a & b "},
         {"<reply><xid>none7</xid><computername><New><x>1</x></New><ComputerName /></computername></reply>",
          "computername none7 "},
         {"<reply><xid>3</xid><version_info><SVNPath>p</SVNPath><SVNVersion>v</SVNVersion></version_info></"
@@ -75,14 +72,6 @@ TEST(APIParser, says_what_is_wrong_with_a_message_and_calls_nothing)
         {"<reply><xid>1</xid><clip_created><ClipID>a</ClipID></clip_created></reply>", "1",
          "XML Message contains no commands"},
         {"<report><ok /></report>", "", "XML Message contains no commands"},
-        {"<reply><xid>6</xid><computername /></reply>", "6",
-         "Tag 'ComputerName' not found within 'computername'"},
-        {"<reply><xid>6</xid><version_info><SVNVersion>1</SVNVersion><SVNPath>a</SVNPath><SVNPath>b</SVNPath>"
-         "</version_info></reply>",
-         "6", "More than one tag 'SVNPath' found within 'version_info'"},
-        {"<reply><xid>6</xid><error><ErrorMessage>x</ErrorMessage><ErrorCode> New 1 "
-         "</ErrorCode></error></reply>",
-         "6", "Tag ErrorCode contains invalid value 'New 1'"},
         {"<report><userdict_change><Value>%1</Value></userdict_change></report>", "",
          "Tag 'Key' not found within 'userdict_change'"},
     };
@@ -105,15 +94,6 @@ TEST(APIParser, the_hook_sees_messages_before_any_check)
     parser.parse(support::tree("<reply><xid>1</xid><ok /></reply>"));
     parser.parse(support::tree("<junk />"));
     EXPECT_EQ(seen, (std::vector<std::string>{"reply", "junk"}));
-}
-
-TEST(ErrorCode, has_its_names_on_the_wire)
-{
-    EXPECT_EQ(KVRP3::ErrorCode_to_string(static_cast<ErrorCode>(4)), AString());
-    ErrorCode code = KVRP3::ErrorCode_clipnotfound;
-    EXPECT_FALSE(KVRP3::string_to_ErrorCode(AString::l1("General"), &code));
-    EXPECT_EQ(code, KVRP3::ErrorCode_clipnotfound);
-    EXPECT_TRUE(KVRP3::string_to_ErrorCode(AString::l1("general"), nullptr));
 }
 
 } // namespace

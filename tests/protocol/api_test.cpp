@@ -14,29 +14,6 @@ using Calls = std::vector<std::string>;
 
 constexpr auto l1 = AString::l1;
 
-TEST(API, a_command_is_these_bytes)
-{
-    MemoryClient client;
-    Recorder recorder;
-    AString xid = client.cmd_get_computer_name(recorder.text(), recorder.error());
-    client.expect(xid, "<get_computer_name />");
-    xid = client.cmd_rename_clip(l1("a<b"), AString(), recorder.ok(), recorder.error());
-    client.expect(xid, "<rename_clip>\n<FromID>a&lt;b</FromID>\n<ToID />\n</rename_clip>");
-}
-
-TEST(API, an_optional_argument_leaves_an_element_only_if_it_is_present)
-{
-    MemoryClient client;
-    Recorder r;
-    const std::string bare = "<download_clipids />";
-    const std::string full = "<download_clipids>\n<DirectoryName>d</DirectoryName>\n</download_clipids>";
-    const AString d = l1("d");
-    client.expect(client.cmd_download_clipids(r.ok(), r.text(), r.error()), bare);
-    client.expect(client.cmd_download_clipids(d, r.ok(), r.text(), r.error()), full);
-    client.expect(client.cmd_download_clipids(true, d, r.ok(), r.text(), r.error()), full);
-    client.expect(client.cmd_download_clipids(false, d, r.ok(), r.text(), r.error()), bare);
-}
-
 TEST(API, without_callbacks_nothing_is_kept_and_the_xid_says_so)
 {
     MemoryClient client;

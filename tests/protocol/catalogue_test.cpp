@@ -1,0 +1,185 @@
+// Every row of the catalogue in both directions: what goes out, what comes in, and what is refused and why.
+#include <generated_tests/command_samples.h>
+#include <generated_tests/message_samples.h>
+
+#include <skuan/protocol/callback_guard_p.h>
+
+#include <support/core_application.h>
+
+namespace {
+
+using Calls = std::vector<std::string>;
+
+constexpr auto l1 = AString::l1;
+
+bool is_report(const XMLTree& element)
+{
+    return samples::reports.count(element.get_tag().to_string()) != 0;
+}
+
+void put_in(samples::LoggingClient& client, const std::string& xml)
+{
+    client.log.seen.clear();
+    if (is_report(support::tree(xml)))
+        client.inject("<report>" + xml + "</report>");
+    else
+        client.reply(l1("5"), xml);
+}
+
+TEST(Catalogue, messages_bring_their_values)
+{
+    samples::LoggingClient client;
+    for (const auto& [given, meant] : samples::understood) {
+        put_in(client, given);
+        EXPECT_EQ(client.log.seen, Calls{meant}) << given << client.parse_error_msg().to_string();
+    }
+    EXPECT_EQ(client.xid, l1("5"));
+}
+
+TEST(Catalogue, messages_with_a_fault_call_nothing_and_say_why)
+{
+    samples::LoggingClient client;
+    for (const auto& [given, error] : samples::refused) {
+        put_in(client, given);
+        EXPECT_EQ(client.log.seen, Calls()) << given;
+        EXPECT_EQ(client.parse_error_msg().to_string(), error) << given;
+        EXPECT_EQ(client.parse_xid(), is_report(support::tree(given)) ? AString() : l1("5")) << given;
+    }
+}
+
+/// An APIQt whose socket is memory.
+class QtClient : public KVRP3::APIQt
+{
+public:
+    std::string bytes;
+
+protected:
+    void send(const void* data, unsigned length) override
+    {
+        bytes.append(static_cast<const char*>(data), length);
+    }
+};
+
+/// The ways in which a command can be issued.
+class Ways
+{
+public:
+    template <int Number, typename Send, typename... A>
+    void all(Send send, const char* xml, const A&... a)
+    {
+        const std::integral_constant<int, Number> number;
+        const auto callbacks = samples::callbacks(number, log);
+        const auto with_callbacks = [&](auto& to) {
+            return std::apply([&](const auto&... callback) { return send(to, a..., callback...); },
+                              callbacks);
+        };
+        const AString own = l1("mine");
+        send(static_cast<KVRP3::APICommand&>(client), own, a...);
+        client.expect(own, xml);
+        AString xid = with_callbacks(client);
+        client.expect(xid, xml);
+        expect_answers(xid, samples::answers[Number]);
+        xid = with_callbacks(client);
+        client.take();
+        expect_answers(xid, {"error"});
+        send(client, a...);
+        expect_command(client.take(), "none", xml);
+        EXPECT_EQ(client.outstanding_commands(), 0u) << xml;
+
+        xid = with_callbacks(qt);
+        expect_command(std::exchange(qt.bytes, {}), xid.to_string(), xml);
+        EXPECT_TRUE(qt.forget_transaction(xid));
+        send(qt, a...);
+        expect_command(std::exchange(qt.bytes, {}), "none", xml);
+        const auto group = samples::new_group(number);
+        send(qt, a..., group);
+        expect_command(std::exchange(qt.bytes, {}), "", xml);
+        EXPECT_EQ(qt.outstanding_commands(), ++with_group);
+    }
+
+    samples::LoggingClient client;
+    samples::Log log;
+    QtClient qt;
+    unsigned with_group = 0;
+
+private:
+    static void expect_command(const std::string& bytes, const std::string& xid, const char* xml)
+    {
+        const auto end = bytes.find("</xid>");
+        ASSERT_NE(end, std::string::npos) << bytes;
+        EXPECT_EQ(bytes.substr(0, 12 + xid.size()), support::crlf("<cmd>\n<xid>" + xid));
+        EXPECT_EQ(bytes.substr(end), support::crlf("</xid>\n" + std::string(xml) + "\n</cmd>"));
+    }
+    /// Each reply reaches its own callback, and the last one ends the command.
+    void expect_answers(const AString& xid, const std::vector<std::string>& names)
+    {
+        Calls expected;
+        log.seen.clear();
+        for (const std::string& name : names) {
+            EXPECT_EQ(client.outstanding_commands(), 1u) << name;
+            expected.push_back(samples::replies.at(name).sample);
+            client.reply(xid, expected.back());
+        }
+        EXPECT_EQ(log.seen, expected);
+        EXPECT_EQ(client.outstanding_commands(), 0u);
+    }
+};
+
+TEST(Catalogue, commands_go_out_with_their_arguments_and_end_with_their_replies)
+{
+    support::need_application();
+    const unsigned guards = KVRP3::CallbackGuard::living();
+    {
+        Ways ways;
+        samples::call_all(ways);
+        EXPECT_EQ(KVRP3::CallbackGuard::living(), guards + ways.with_group); // the groups are gone
+    }
+    EXPECT_EQ(KVRP3::CallbackGuard::living(), guards);
+}
+
+struct ExpectDifference
+{
+    template <typename R>
+    void operator()(const R& base, std::initializer_list<void (*)(R&)> changes) const
+    {
+        const R same = base;
+        EXPECT_TRUE(same == base && !(same != base));
+        for (const auto& change : changes) {
+            R other = base;
+            change(other);
+            EXPECT_TRUE(other != base && !(other == base)) << typeid(R).name() << &change - changes.begin();
+        }
+    }
+};
+
+TEST(Catalogue, records_differ_if_any_field_does)
+{
+    samples::for_each_record(ExpectDifference());
+    KVRP3::Transition unset, other;
+    other.tlen = 7;
+    EXPECT_EQ(unset, other); // what is not there does not count
+}
+
+TEST(Catalogue, enumerations_have_their_names_both_ways)
+{
+    for (const samples::Enumeration& e : samples::enumerations) {
+        const int count = static_cast<int>(e.names.size());
+        for (int i = 0; i != count; ++i) {
+            int value = -1;
+            EXPECT_EQ(e.to_string(i), l1(e.names[i]));
+            EXPECT_TRUE(e.from_string(l1(e.names[i]), &value) && value == i) << e.names[i];
+            EXPECT_TRUE(e.from_string(l1(e.names[i]), nullptr) && e.valid(i)) << e.names[i];
+        }
+        for (const int outside : {-1, count, 1 << 30}) {
+            EXPECT_FALSE(e.valid(outside)) << e.name;
+            EXPECT_EQ(e.to_string(outside), AString()) << e.name;
+        }
+        int untouched = 42;
+        for (const char* unknown : {"", " ", "no such name"})
+            EXPECT_FALSE(e.from_string(l1(unknown), &untouched)) << e.name;
+        EXPECT_FALSE(e.from_string(l1(e.names[0]) + l1(" "), &untouched));
+        EXPECT_EQ(untouched, 42);
+    }
+}
+
+} // namespace

@@ -1,0 +1,256 @@
+#!/usr/bin/env python3
+"""Writes everything that the catalogue has as samples for tests, C++ headers into a folder:
+
+    generate.py OUTPUT_FOLDER
+
+Nothing but the reading of the tables is shared with what makes the library: a fault there has to show.
+"""
+
+import sys
+from pathlib import Path
+
+from messages import Faults, understood
+from values import CATALOGUE, KINDS, base, fields, record, variants
+
+MESSAGES = [*CATALOGUE.replies.values(), *CATALOGUE.reports.values()]
+
+
+def literal(text):
+    return f'R"~({text})~"'
+
+
+def signal_type(item):
+    return f"AOption<KVRP3::{item.tag.name}>" if item.optional else f"KVRP3::{item.tag.name}"
+
+
+def parameters(message):
+    return [f"{signal_type(item)} v{place}" for place, item in enumerate(message.items)]
+
+
+def printers():
+    """How the value of each tag prints as an element: `print_ClipID`."""
+    for enumeration in CATALOGUE.enumerations.values():
+        names = ", ".join(f'"{name}"' for name in enumeration.names)
+        yield f"inline const std::vector<const char*> names_of_{enumeration.name} = {{{names}}};"
+        for value, name in enumerate(enumeration.names):
+            yield f"static_assert(KVRP3::{enumeration.name}_{name} == {value});"
+    tags = CATALOGUE.tags.values()
+    for tag in tags:
+        yield f"std::string print_{tag.name}(const KVRP3::{tag.name}& v);"
+    for record in CATALOGUE.records.values():
+        yield f"inline std::string body(const KVRP3::{record.name}& v)"
+        yield "{"
+        yield "    std::string s;"
+        for field in record.fields:
+            condition = f"if (v.has_{field.name}) " if field.optional else ""
+            yield f"    {condition}s += print_{field.tag.name}(v.{field.name});"
+        yield "    return s;"
+        yield "}"
+    for tag in tags:
+        if tag.name in CATALOGUE.containers:
+            print_all = f"for (const auto& m : v) s += print_{CATALOGUE.containers[tag.name].member.name}(m);"
+            result = f'std::string s; {print_all} return element("{tag.name}", s);'
+        elif tag.kind == "flag":
+            result = f'return v ? element("{tag.name}", "") : "";'
+        else:
+            value = {"record": "body(v)", "enum": f"name(names_of_{tag.of}, v)", "speed": "speed(v)"}
+            result = f'return element("{tag.name}", {value.get(tag.kind, "plain(v)")});'
+        yield f"inline std::string print_{tag.name}(const KVRP3::{tag.name}& v) {{ {result} }}"
+    yield "/// By the names of types in signals."
+    yield "inline const std::map<std::string, std::string (*)(const void*)> printers = {"
+    for tag in tags:
+        yield f'    {{"KVRP3::{tag.name}", [](const void* v) {{ return print_{tag.name}(*static_cast<const KVRP3::{tag.name}*>(v)); }}}},'
+    for item in {item.tag.name: item for message in MESSAGES for item in message.items if item.optional}.values():
+        type_name = signal_type(item)
+        yield f'    {{"{type_name}", [](const void* v) {{ const auto& option = *static_cast<const {type_name}*>(v);'
+        yield f'        return option ? print_{item.tag.name}(option.value()) : ""; }}}},'
+    yield "};"
+
+
+def log():
+    """A class with a function for each reply and report, a client that calls it, and callbacks that do."""
+    yield "/// Keeps what came as elements."
+    yield "struct Log"
+    yield "{"
+    yield "    std::vector<std::string> seen;"
+    for message in MESSAGES:
+        values = [f"print_{item.tag.name}(v{place})" for place, item in enumerate(message.items)]
+        for place, item in enumerate(message.items):
+            if item.optional:
+                values[place] = f'(v{place} ? print_{item.tag.name}(v{place}.value()) : "")'
+        yield f"    void {message.name}({', '.join(parameters(message))})"
+        yield f'    {{ seen.push_back(element("{message.name}", std::string(){"".join(" + " + v for v in values)})); }}'
+    yield "};"
+    yield "struct LoggingClient : support::MemoryClient"
+    yield "{"
+    yield "    Log log;"
+    yield "    AString xid;"
+    for message in MESSAGES:
+        passed = ", ".join(f"v{place}" for place in range(len(message.items)))
+        if message.name in CATALOGUE.reports:
+            yield f"    void report_{message.name}({', '.join(parameters(message))}) override"
+            yield f"    {{ log.{message.name}({passed}); }}"
+            continue
+        yield f"    void reply_{message.name}({', '.join(['const AString& of', *parameters(message)])}) override"
+        yield f"    {{ xid = of; log.{message.name}({passed}); API::reply_{message.name}({', '.join(['of', passed]).removesuffix(', ')}); }}"
+    yield "};"
+    for group in CATALOGUE.groups.values():
+        callbacks = []
+        for reply in group.replies:
+            types = ", ".join(signal_type(item) for item in reply.items)
+            function = f"AFunction{len(reply.items)}<{types}>" if types else "AFunction"
+            callbacks.append(f"{function}::member<&Log::{reply.name}>(&log)")
+        yield f"inline auto callbacks(std::integral_constant<int, {group.number}>, Log& log)"
+        yield f"{{ return std::make_tuple({', '.join(callbacks)}); }}"
+        yield f"inline KVRP3::CallbackGroup_set{group.number} new_group(std::integral_constant<int, {group.number}>)"
+        yield "{ return {}; }"
+    yield "/// The good answers to a command of a group; the last one ends it."
+    yield "inline const std::vector<std::string> answers[] = {"
+    yield "    {},"
+    for group in CATALOGUE.groups.values():
+        names = [reply.name for reply in sorted(group.replies, key=lambda reply: reply.name == "ok")]
+        yield "    {" + ", ".join(f'"{name}"' for name in names if name != "error") + "},"
+    yield "};"
+
+
+def message_tables():
+    faults = Faults()
+    for message in MESSAGES:
+        faults.message(message)
+    pairs = faults.accepted + [pair for message in MESSAGES for pair in understood(message)]
+    yield "/// Elements, and what their values print as."
+    yield "inline constexpr std::pair<const char*, const char*> understood[] = {"
+    yield from (f"    {{{literal(given.xml())}, {literal(meant.xml())}}}," for given, meant in pairs)
+    yield "};"
+    yield "/// Elements, and why they are refused."
+    yield "inline constexpr std::pair<const char*, const char*> refused[] = {"
+    yield from (f"    {{{literal(given.xml())}, {literal(error)}}}," for given, error in faults.refused)
+    yield "};"
+    yield "struct Message { const char *name, *values, *sample; bool ends; };"
+    for table in ("replies", "reports"):
+        yield f"inline const std::map<std::string, Message> {table} = {{"
+        for message in getattr(CATALOGUE, table).values():
+            values = ",".join(signal_type(item) for item in message.items)
+            sample = "".join(base(item.tag).xml() for item in message.items)
+            sample = f"<{message.name}>{sample}</{message.name}>" if sample else f"<{message.name} />"
+            yield f'    {{"{message.name}", {{"{message.name}", "{values}", {literal(sample)}, {str(message.ends).lower()}}}}},'
+        yield "};"
+
+
+def group_table():
+    """Calls a function for each group, with a command that takes it."""
+    yield "template <typename F>"
+    yield "void for_each_group(F f)"
+    yield "{"
+    for group in CATALOGUE.groups.values():
+        command = next(command for command in CATALOGUE.commands.values() if command.group is group)
+        type_name = f"KVRP3::CallbackGroup_set{group.number}"
+        arguments = ", ".join([base(item.tag).cpp for item in command.required] + ["group"])
+        yield f"    f.template operator()<{type_name}>(answers[{group.number}], [](KVRP3::APIQt& to, const {type_name}& group)"
+        yield f"        {{ to.cmd_{command.name}({arguments}); }});"
+    yield "}"
+
+
+def commands():
+    """Each command in every form that a call can have."""
+    known = set()
+    for command in CATALOGUE.commands.values():
+        yield f"struct {command.name}_command"
+        yield "{"
+        yield "    template <typename To, typename... A>"
+        yield f"    auto operator()(To& to, const A&... a) const {{ return to.cmd_{command.name}(a...); }}"
+        yield "};"
+        yield "template <typename Ways>"
+        yield f"void call_{command.name}(Ways& ways)"
+        yield "{"
+        for nodes, arguments in calls(command, known):
+            lines = "\n".join([f"<{command.name}>", *(node.lines() for node in nodes), f"</{command.name}>"])
+            xml = lines if nodes else f"<{command.name} />"
+            passed = ", ".join([f"{command.name}_command()", literal(xml), *arguments])
+            yield f"    ways.template all<{command.group.number}>({passed});"
+        yield "}"
+    yield "template <typename Ways>"
+    yield "void call_all(Ways& ways)"
+    yield "{"
+    yield from (f"    call_{command.name}(ways);" for command in CATALOGUE.commands.values())
+    yield "}"
+
+
+def calls(command, known):
+    """Pairs: the elements that go out, and the arguments of the call."""
+    needed = [base(item.tag) for item in command.required]
+    given = [base(item.tag) for item in command.optional]
+    start = [node.cpp for node in needed]
+    if not given:
+        yield needed, start
+    for number in range(len(given) + 1) if given else ():
+        yield needed + given[:number], start + [node.cpp for node in given[:number]]
+    masks = {tuple(place in places for place in range(len(given)))
+             for places in [(), range(len(given)), *((place,) for place in range(len(given)))]}
+    for mask in sorted(masks) if given else ():
+        flagged = [text for present, node in zip(mask, given) for text in (str(present).lower(), node.cpp)]
+        yield needed + [node for present, node in zip(mask, given) if present], start + flagged
+    if given and command.optional[-1].tag.kind == "flag":
+        yield needed + given[:-1], start + [node.cpp for node in given[:-1]] + ["false"]
+    for place, item in enumerate(command.items):
+        if item.tag.of in known or item.tag.kind in KINDS or item.tag.kind in ("flag", "enum"):
+            continue
+        known.add(item.tag.of)
+        everything = needed + given
+        for variant in variants(item.tag):
+            nodes = everything[:place] + [variant] + everything[place + 1 :]
+            yield nodes, [node.cpp for node in nodes]
+
+
+def changes():
+    """Each record, and the ways in which another one can differ from it."""
+    yield "template <typename F>"
+    yield "void for_each_record(F check)"
+    yield "{"
+    for name in CATALOGUE.records:
+        tag = CATALOGUE.tags[name]
+        kind = f"KVRP3::{name}"
+        one = {field.tag.name: base(field.tag) for field in fields(tag)}
+        yield f"    check.template operator()<{kind}>({record(tag, one).cpp}, {{"
+        for field in fields(tag):
+            other = "false" if field.tag.kind == "flag" else base(field.tag).cpp
+            if other == one[field.tag.name].cpp:
+                other = base(field.tag).cpp
+            yield f"        [](auto& v) {{ v.{field.name} = {other}; }},"
+            if field.optional:
+                yield f"        [](auto& v) {{ v.has_{field.name} = false; }},"
+        yield "    });"
+    yield "}"
+
+
+def enumeration_table():
+    yield "struct Enumeration { const char* name; const std::vector<const char*>& names; AString (*to_string)(int);"
+    yield "    bool (*from_string)(const AString&, int*); bool (*valid)(int); };"
+    yield "inline const std::vector<Enumeration> enumerations = {"
+    for name in CATALOGUE.enumerations:
+        kind = f"KVRP3::{name}"
+        converters = f"to_name<{kind}, KVRP3::{name}_to_string>, from_name<{kind}, KVRP3::string_to_{name}>"
+        yield f'    {{"{name}", names_of_{name}, {converters}, KVRP3::valid_{name}}},'
+    yield "};"
+
+
+HEADERS = {
+    "message_samples.h": [printers, log, message_tables, group_table, enumeration_table],
+    "command_samples.h": [commands, changes],
+}
+
+
+def main(output):
+    folder = Path(output)
+    folder.mkdir(parents=True, exist_ok=True)
+    for name, parts in HEADERS.items():
+        lines = ["#pragma once", "#include <protocol/samples/prelude.h>", "namespace samples {"]
+        for part in parts:
+            lines += part()
+        text = "\n".join([*lines, "} // namespace samples", ""])
+        if not (folder / name).exists() or (folder / name).read_text() != text:
+            (folder / name).write_text(text)
+
+
+if __name__ == "__main__":
+    main(*sys.argv[1:])

@@ -1,0 +1,100 @@
+// What the generated samples are made with: values as elements, written here a second time.
+#pragma once
+
+#include <skuan/foundation/aoption.h>
+#include <skuan/protocol/kvrp3_api_qt.h>
+#include <skuan/protocol/kvrp3_callback_groups.h>
+
+#include <support/memory_client.h>
+
+#include <cstdio>
+#include <map>
+#include <string>
+#include <tuple>
+#include <vector>
+
+namespace samples {
+
+inline std::string element(const std::string& tag, const std::string& content)
+{
+    return content.empty() ? "<" + tag + " />" : "<" + tag + ">" + content + "</" + tag + ">";
+}
+
+inline std::string plain(const AString& text)
+{
+    std::string result;
+    for (const char c : text.to_string()) {
+        const char* const entity = c == '&'    ? "&amp;"
+                                   : c == '<'  ? "&lt;"
+                                   : c == '>'  ? "&gt;"
+                                   : c == '"'  ? "&quot;"
+                                   : c == '\'' ? "&apos;"
+                                               : nullptr;
+        entity ? result += entity : result += c;
+    }
+    return result;
+}
+inline std::string plain(bool value)
+{
+    return value ? "true" : "false";
+}
+template <typename T, typename = std::enable_if_t<std::is_integral_v<T>>>
+std::string plain(T number)
+{
+    return std::to_string(number);
+}
+
+inline std::string speed(int value)
+{
+    char text[40];
+    int length = std::snprintf(text, sizeof text, "%.15f", value / 65536.0);
+    while (text[length - 1] == '0')
+        --length;
+    return std::string(text, text[length - 1] == '.' ? length - 1 : length);
+}
+
+template <typename E>
+std::string name(const std::vector<const char*>& names, E value)
+{
+    const auto place = static_cast<unsigned>(value);
+    return place < names.size() ? names[place] : "outside of the enumeration";
+}
+
+// Values as the samples make them.
+
+inline AString text(const char* utf8)
+{
+    return AString::from_string(utf8);
+}
+
+template <typename Container, typename Member>
+Container row(std::initializer_list<Member> members)
+{
+    Container container;
+    if constexpr (std::is_same_v<Container, std::list<Member>>) {
+        container = members;
+    } else {
+        container.count = static_cast<unsigned>(members.size());
+        std::copy(members.begin(), members.end(), container.vec);
+    }
+    return container;
+}
+
+// The converters of any enumeration, by numbers.
+
+template <typename E, AString (*ToName)(E)>
+AString to_name(int value)
+{
+    return ToName(static_cast<E>(value));
+}
+template <typename E, bool (*FromName)(const AString&, E*)>
+bool from_name(const AString& name, int* value)
+{
+    E read;
+    const bool known = FromName(name, value ? &read : nullptr);
+    if (known && value)
+        *value = read;
+    return known;
+}
+
+} // namespace samples
