@@ -27,6 +27,12 @@ def kind_of(tag, catalogue):
     return f"kind::{names[tag.kind]}" if tag.kind in names else f"kind::Number<{SCALARS[tag.kind]}>"
 
 
+def cpp_meaning(item_or_tag, tag):
+    """The meaning with the unit that the C++ value has and the text on the wire has not."""
+    unit = " In 1/65536 of normal speed." if tag.kind == "speed" else ""
+    return item_or_tag.meaning + unit
+
+
 def by_dependency(catalogue):
     """Records and containers, each behind those that it holds."""
     done = {}
@@ -87,7 +93,7 @@ def enumeration_definitions(catalogue):
 def scalar_types(catalogue):
     for tag in catalogue.tags.values():
         if tag.kind in SCALARS or tag.kind == "enum" and tag.of != tag.name:
-            yield doc(tag.meaning)
+            yield doc(cpp_meaning(tag, tag))
             yield f"typedef {type_of(tag, catalogue)} {tag.name};"
 
 
@@ -111,7 +117,7 @@ def record_type(record, catalogue):
             by_value = field.tag.kind in SCALARS and field.tag.kind != "string" or field.tag.kind == "enum"
             parameter = f"{value_type} value" if by_value else f"const {value_type}& value"
             setters.append(f"void set_{field.name}({parameter}) {{ has_{field.name} = true; {field.name} = value; }}")
-        yield f"    {value_type} {field.name}{{}}; ///< {field.meaning}"
+        yield f"    {value_type} {field.name}{{}}; ///< {cpp_meaning(field, field.tag)}"
     if setters:
         yield ""
         yield from ("    " + setter for setter in setters)
