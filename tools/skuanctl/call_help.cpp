@@ -19,7 +19,9 @@ const char* const about_arguments =
     "                                    members that are records: a part that comes again begins\n"
     "                                    the next one; Metadata[0], Metadata[1] name them, too\n"
     "  KeyList                           a record or container with nothing in it\n"
-    "They may come in any order.\n";
+    "They may come in any order.\n"
+    "\nWith --json, numbers and truth values come as such (numbers beyond 2^53 as text), a\n"
+    "speed as a multiple of normal speed, records as objects, and members as arrays.\n";
 
 QString bracketed(const Part& part)
 {

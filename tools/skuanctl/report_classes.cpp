@@ -1,4 +1,5 @@
-// Words become calls of the commands that register.
+// Words become calls of the commands that register; the same names make the help on them and their
+// completion.
 #include <skuanctl/arguments.h>
 #include <skuanctl/complete.h>
 #include <skuanctl/help.h>
