@@ -1,9 +1,44 @@
 // The clip store: directories by full name, each with its clips.
 #include <simulator/clip_store.h>
 
+#include <QUuid>
+
 #include <algorithm>
 
 namespace simulator {
+
+namespace {
+constexpr int longest_name = 1000;
+}
+
+QString Clip::attribute(const char* tag) const
+{
+    const auto found = std::find_if(attributes.begin(), attributes.end(), [tag](const Element& element) {
+        return element.tag == QLatin1String(tag);
+    });
+    return found == attributes.end() ? QString() : found->text;
+}
+
+void Clip::set_attribute(const char* tag, const QString& text)
+{
+    for (Element& element : attributes)
+        if (element.tag == QLatin1String(tag)) {
+            element.text = text;
+            return;
+        }
+    attributes.push_back({QLatin1String(tag), text});
+}
+
+quint32 Clip::played_length() const
+{
+    const quint32 start = std::min(attribute("TrimStart").toUInt(), length);
+    return length - start - std::min(attribute("TrimEnd").toUInt(), length - start);
+}
+
+quint32 Clip::stored_length() const
+{
+    return attribute("ParentUUID").isEmpty() ? length : 0;
+}
 
 ClipStore ClipStore::generated(int count)
 {
@@ -48,19 +83,37 @@ bool ClipStore::has_clip(const QString& clip) const
     return at != directories_.end() && at->second.count(clip) != 0;
 }
 
+const Clip* ClipStore::clip(const QString& clip) const
+{
+    const auto directory = directories_.find(directory_of(clip));
+    if (directory == directories_.end())
+        return nullptr;
+    const auto at = directory->second.find(clip);
+    return at == directory->second.end() ? nullptr : &at->second;
+}
+
+Clip* ClipStore::clip(const QString& clip)
+{
+    return const_cast<Clip*>(std::as_const(*this).clip(clip));
+}
+
 bool ClipStore::has_directory(const QString& directory) const
 {
     return directory.isEmpty() || directories_.count(directory) != 0;
 }
 
-QStringList ClipStore::clips() const
+QStringList ClipStore::clips(int most) const
 {
-    QStringList all;
-    all.reserve(count_);
+    const int count = most < 0 ? count_ : std::min(most, count_);
+    QStringList found;
+    found.reserve(count);
     for (const auto& directory : directories_)
-        for (const QString& clip : directory.second)
-            all.append(clip);
-    return all;
+        for (const auto& clip : directory.second) {
+            if (found.size() == count)
+                return found;
+            found.append(clip.first);
+        }
+    return found;
 }
 
 QStringList ClipStore::clips_in(const QString& directory) const
@@ -68,8 +121,8 @@ QStringList ClipStore::clips_in(const QString& directory) const
     QStringList found;
     const auto at = directories_.find(directory);
     if (at != directories_.end())
-        for (const QString& clip : at->second)
-            found.append(clip);
+        for (const auto& clip : at->second)
+            found.append(clip.first);
     return found;
 }
 
@@ -91,34 +144,52 @@ QStringList ClipStore::directories_in(const QString& directory) const
     return found;
 }
 
-ClipStore::Outcome ClipStore::create_clip(const QString& clip)
+ClipStore::Outcome ClipStore::create_clip(const QString& clip, Clip made)
 {
     if (!is_good_name(clip))
         return Outcome::BadName;
     make_directories(directory_of(clip));
-    if (!directories_[directory_of(clip)].insert(clip).second)
+    const quint32 length = made.stored_length();
+    if (!directories_[directory_of(clip)].emplace(clip, std::move(made)).second)
         return Outcome::Exists;
     ++count_;
+    fields_ += length;
     return Outcome::Done;
 }
 
 ClipStore::Outcome ClipStore::delete_clip(const QString& clip)
 {
-    if (!has_clip(clip))
+    const Clip* present = this->clip(clip);
+    if (!present)
         return Outcome::NotFound;
-    directories_[directory_of(clip)].erase(clip);
+    fields_ -= present->stored_length();
     --count_;
+    directories_[directory_of(clip)].erase(clip);
     return Outcome::Done;
 }
 
 ClipStore::Outcome ClipStore::rename_clip(const QString& from, const QString& to)
 {
-    if (!has_clip(from))
+    const Clip* present = clip(from);
+    if (!present)
         return Outcome::NotFound;
-    const Outcome outcome = create_clip(to);
+    const Outcome outcome = create_clip(to, renamed(from, *present));
     if (outcome == Outcome::Done)
         delete_clip(from);
     return outcome;
+}
+
+// A clip keeps the UUID that its first name gave it.
+Clip ClipStore::renamed(const QString& from, Clip clip)
+{
+    if (clip.attribute("ClipUUID").isEmpty())
+        clip.set_attribute("ClipUUID", uuid_of(from));
+    return clip;
+}
+
+QString ClipStore::uuid_of(const QString& clip)
+{
+    return QUuid::createUuidV5(QUuid(), clip).toString(QUuid::WithoutBraces);
 }
 
 ClipStore::Outcome ClipStore::create_directory(const QString& directory)
@@ -147,8 +218,8 @@ ClipStore::Outcome ClipStore::rename_directory(const QString& from, const QStrin
         if (directory.first != from && !directory.first.startsWith(inside))
             continue;
         make_directories(moved(directory.first));
-        for (const QString& clip : directory.second)
-            directories_[moved(directory.first)].insert(moved(clip));
+        for (const auto& clip : directory.second)
+            directories_[moved(directory.first)].emplace(moved(clip.first), renamed(clip.first, clip.second));
         directories_.erase(directory.first);
     }
     return Outcome::Done;
@@ -157,8 +228,8 @@ ClipStore::Outcome ClipStore::rename_directory(const QString& from, const QStrin
 // Every step between the slashes has a name.
 bool ClipStore::is_good_name(const QString& name)
 {
-    return !name.isEmpty() && !name.startsWith(QLatin1Char('/')) && !name.endsWith(QLatin1Char('/')) &&
-           !name.contains(QLatin1String("//"));
+    return !name.isEmpty() && name.size() <= longest_name && !name.startsWith(QLatin1Char('/')) &&
+           !name.endsWith(QLatin1Char('/')) && !name.contains(QLatin1String("//"));
 }
 
 void ClipStore::make_directories(const QString& directory)

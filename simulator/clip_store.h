@@ -1,6 +1,7 @@
 // The clips that the server has: a value that tests make, and that commands change.
 #pragma once
 
+#include <simulator/element.h>
 #include <simulator/export.h>
 
 #include <QByteArray>
@@ -8,12 +9,30 @@
 #include <QStringList>
 
 #include <map>
-#include <set>
+#include <vector>
 
 namespace simulator {
 
+/// What a clip is, apart from its id.
+struct SKUAN_SIMULATOR_EXPORT Clip
+{
+    quint32 length = 1500;           ///< fields that were recorded, those that are trimmed off too
+    std::vector<Element> attributes; ///< children of its `ClipInfo` that differ from those of any clip
+
+    /// The text of an attribute; empty if the clip has none of its own.
+    QString attribute(const char* tag) const;
+    void set_attribute(const char* tag, const QString& text);
+
+    /// Fields between the trims.
+    quint32 played_length() const;
+
+    /// Fields that it has on the disk: a clip with a parent has that one's.
+    quint32 stored_length() const;
+};
+
 /// Clips in directories. A clip id is "directory/name", or a bare name at the top; the part before the
-/// last '/' is its directory. Ids are unique, compared byte for byte, and come out in text order.
+/// last '/' is its directory. Ids have at most 1000 characters, are unique, compared byte for byte, and
+/// come out in text order.
 /// A plain value: copying it copies the lists; no locks.
 class SKUAN_SIMULATOR_EXPORT ClipStore
 {
@@ -36,12 +55,20 @@ public:
     /// The part of a clip id before its last '/'; empty at the top.
     static QString directory_of(const QString& clip);
 
+    /// The UUID of a clip that was made under that id.
+    static QString uuid_of(const QString& clip);
+
     int clip_count() const { return count_; }
+    quint64 field_count() const { return fields_; } ///< on the disk
     bool has_clip(const QString& clip) const;
     bool has_directory(const QString& directory) const;
 
-    /// Every clip; or the clips right in one directory, where the empty name is the top.
-    QStringList clips() const;
+    /// Null if there is none. Valid until the store changes. The length is not to be changed.
+    const Clip* clip(const QString& clip) const;
+    Clip* clip(const QString& clip);
+
+    /// Every clip, or the first ones; or the clips right in one directory, where the empty name is the top.
+    QStringList clips(int most = -1) const;
     QStringList clips_in(const QString& directory) const;
 
     /// Every directory but the top; or those right in one directory.
@@ -49,7 +76,7 @@ public:
     QStringList directories_in(const QString& directory) const;
 
     /// Makes missing directories on the way, as do rename_clip and create_directory.
-    Outcome create_clip(const QString& clip);
+    Outcome create_clip(const QString& clip, Clip made = {});
     Outcome delete_clip(const QString& clip);
     Outcome rename_clip(const QString& from, const QString& to);
     Outcome create_directory(const QString& directory);
@@ -59,10 +86,12 @@ public:
 
 private:
     static bool is_good_name(const QString& name);
+    static Clip renamed(const QString& from, Clip clip);
     void make_directories(const QString& directory);
 
-    std::map<QString, std::set<QString>> directories_; // full name of the directory to full clip ids
+    std::map<QString, std::map<QString, Clip>> directories_; // by full names, of clips too
     int count_ = 0;
+    quint64 fields_ = 0;
 };
 
 } // namespace simulator

@@ -34,6 +34,7 @@ Connection::Connection(quint64 id, QTcpSocket* socket, const Shared& shared, QOb
         ++shared_.tally.overrun;
         drop();
     });
+    session_.send = [this](const QByteArray& bytes) { send(bytes); };
     refresh_faults();
 }
 
@@ -104,11 +105,11 @@ void Connection::read()
     wire_.flush();
 }
 
-void Connection::take(const Element& message)
+void Connection::take(Element& message)
 {
     ++shared_.tally.messages;
     Q_EMIT received(message);
-    QByteArray answer = shared_.responder.answer(message, session_);
+    QByteArray answer = shared_.responder.answer(std::move(message), session_);
     ++answered_;
     if (faults_.mute || wire_.is_ended() || (faults_.drop_every != 0 && answered_ % faults_.drop_every == 0))
         return;

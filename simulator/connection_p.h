@@ -46,7 +46,7 @@ public:
     ~Connection() override;
 
     quint64 id() const { return id_; }
-    const Session& session() const { return session_; }
+    Session& session() { return session_; }
 
     // Takes over changed faults at once, not only with the next command.
     void refresh_faults();
@@ -63,7 +63,7 @@ Q_SIGNALS:
 
 private:
     void read();
-    void take(const Element& message);
+    void take(Element& message);
     void deliver(const AnswerQueue::Batch& batch);
     void write(const QByteArray& bytes);
     QByteArray junk();

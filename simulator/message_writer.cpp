@@ -9,17 +9,18 @@ const QString line_end = QStringLiteral("\r\n");
 
 MessageWriter::MessageWriter() : writer_(&text_) {}
 
-void MessageWriter::reply(const QString& xid, const char* name, Fields fields)
+void MessageWriter::reply(const QString& xid, const char* name, const Fields& fields)
 {
-    open("reply");
-    line("xid", xid);
-    body(name, fields);
+    open(QStringLiteral("reply"));
+    writer_.writeTextElement(QStringLiteral("xid"), xid);
+    writer_.writeCharacters(line_end);
+    body(QLatin1String(name), fields);
     close();
 }
 
-void MessageWriter::report(const char* name, Fields fields)
+void MessageWriter::report(const QString& name, const Fields& fields)
 {
-    open("report");
+    open(QStringLiteral("report"));
     body(name, fields);
     close();
 }
@@ -31,34 +32,37 @@ QByteArray MessageWriter::take()
     return bytes;
 }
 
-void MessageWriter::body(const char* name, Fields fields)
+void MessageWriter::body(const QString& name, const Fields& fields)
 {
-    if (fields.size() == 0) {
-        writer_.writeEmptyElement(QLatin1String(name));
+    if (fields.begin() == fields.end()) {
+        writer_.writeEmptyElement(name);
         writer_.writeCharacters(line_end);
         return;
     }
     open(name);
-    for (const Field& field : fields)
-        line(field.tag, field.text);
+    for (const Element& field : fields)
+        element(field);
     close();
 }
 
-void MessageWriter::open(const char* tag)
+// As deep as the value is, and a value is as deep as the catalogue says.
+void MessageWriter::element(const Element& element)
 {
-    writer_.writeStartElement(QLatin1String(tag));
+    if (!element.children.empty() || element.text.isEmpty())
+        return body(element.tag, element.children);
+    writer_.writeTextElement(element.tag, element.text);
+    writer_.writeCharacters(line_end);
+}
+
+void MessageWriter::open(const QString& tag)
+{
+    writer_.writeStartElement(tag);
     writer_.writeCharacters(line_end);
 }
 
 void MessageWriter::close()
 {
     writer_.writeEndElement();
-    writer_.writeCharacters(line_end);
-}
-
-void MessageWriter::line(const char* tag, const QString& text)
-{
-    writer_.writeTextElement(QLatin1String(tag), text);
     writer_.writeCharacters(line_end);
 }
 

@@ -1,22 +1,32 @@
 // Writes replies and reports as the server puts them on the wire.
 #pragma once
 
+#include <simulator/element.h>
+
 #include <QByteArray>
-#include <QString>
 #include <QXmlStreamWriter>
 
 #include <initializer_list>
+#include <iterator>
 
 namespace simulator {
 
-// One element of a message's body. The tag is ASCII and lives longer than the call.
-struct Field
+// The children of a message's one element: a list in braces, or a vector. It refers to them, so it is for
+// arguments only.
+class Fields
 {
-    const char* tag;
-    QString text;
-};
+public:
+    Fields() = default;
+    Fields(std::initializer_list<Element> list) : begin_(std::data(list)), end_(begin_ + list.size()) {}
+    Fields(const std::vector<Element>& list) : begin_(list.data()), end_(list.data() + list.size()) {}
 
-using Fields = std::initializer_list<Field>;
+    const Element* begin() const { return begin_; }
+    const Element* end() const { return end_; }
+
+private:
+    const Element* begin_ = nullptr;
+    const Element* end_ = nullptr;
+};
 
 // Appends messages to a buffer of bytes: each element on a line of its own, CR LF after every line.
 // One thread, one instance; it keeps its buffers from message to message.
@@ -26,19 +36,19 @@ public:
     MessageWriter();
 
     // A `reply` to the command of that xid.
-    void reply(const QString& xid, const char* name, Fields fields = {});
+    void reply(const QString& xid, const char* name, const Fields& fields = {});
 
     // A `report`.
-    void report(const char* name, Fields fields = {});
+    void report(const QString& name, const Fields& fields = {});
 
     // All that was written since the last take(), in UTF-8.
     QByteArray take();
 
 private:
-    void body(const char* name, Fields fields);
-    void open(const char* tag);
+    void body(const QString& name, const Fields& fields);
+    void element(const Element& element);
+    void open(const QString& tag);
     void close();
-    void line(const char* tag, const QString& text);
 
     QString text_;
     QXmlStreamWriter writer_; // writes to text_

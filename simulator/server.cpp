@@ -1,8 +1,10 @@
 // Accepting clients, and doing on the server's thread what other threads ask for.
 #include <simulator/server.h>
 
+#include <simulator/catalogue_p.h>
 #include <simulator/connection_p.h>
 #include <simulator/fault_board_p.h>
+#include <simulator/reading_p.h>
 
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -15,11 +17,7 @@ class Server::Private
 {
 public:
     Private(Server& server, Settings given)
-        : self(server),
-          settings(std::move(given)),
-          faults(settings.faults),
-          responder(settings,
-                    [this](const QString& type, const QByteArray& report) { publish(type, report); })
+        : self(server), settings(std::move(given)), faults(settings.faults), responder(settings)
     {
         listener.setMaxPendingConnections(1000);
         QObject::connect(&listener, &QTcpServer::newConnection, &self, [this] { accept(); });
@@ -28,7 +26,6 @@ public:
     void accept();
     void take(QTcpSocket* socket);
     void gone(Connection* connection);
-    void publish(const QString& report_type, const QByteArray& report);
 
     // Runs `act` for one client, or for all (0), on the server's thread; at once if this is that thread.
     template <class Act>
@@ -70,6 +67,7 @@ void Server::Private::take(QTcpSocket* socket)
     }
     auto* connection = new Connection(id, socket, {settings, responder, faults, tally}, &self);
     clients[id] = connection;
+    responder.join(connection->session());
     ++tally.connected;
     QObject::connect(connection, &Connection::over, &self, [this, connection] { gone(connection); });
     QObject::connect(connection, &Connection::received, &self,
@@ -80,18 +78,11 @@ void Server::Private::take(QTcpSocket* socket)
 void Server::Private::gone(Connection* connection)
 {
     clients.erase(connection->id());
+    responder.leave(connection->session());
     faults.forget(connection->id());
     --tally.connected;
     connection->deleteLater();
     Q_EMIT self.client_gone(connection->id());
-}
-
-void Server::Private::publish(const QString& report_type, const QByteArray& report)
-{
-    on_clients(0, [report_type, report](Connection& client) {
-        if (client.session().report_types.count(report_type) != 0)
-            client.send(report);
-    });
 }
 
 Server::Server(Settings settings, QObject* parent)
@@ -161,6 +152,22 @@ void Server::send_report(const QByteArray& xml)
 void Server::send_report(quint64 client, const QByteArray& xml)
 {
     send_raw(client, xml + "\r\n");
+}
+
+bool Server::send_report(const QString& name, std::vector<Element> fields, QString* error)
+{
+    const ReportForm* form = Catalogue::get().report(name);
+    Element report(name, std::move(fields));
+    const QString objection =
+        form ? read(*form, report).text : QStringLiteral("there is no report \"%1\"").arg(name);
+    if (error)
+        *error = objection;
+    if (!objection.isEmpty())
+        return false;
+    MessageWriter writer;
+    writer.report(name, report.children);
+    send_raw(writer.take());
+    return true;
 }
 
 void Server::send_raw(const QByteArray& bytes)

@@ -49,7 +49,13 @@ public:
     void send_report(const QByteArray& xml);
     void send_report(quint64 client, const QByteArray& xml);
 
-    /// Any thread. The same for bytes of any kind, with nothing added.
+    /// Any thread. Sends the report of that name with these children to every client, registered or not.
+    /// False, with the reason in `*error` if that is given, for what the protocol does not have: an unknown
+    /// name, a child that is missing, doubled or of no such value. Children that are unknown are left out,
+    /// and the others sent in the protocol's order.
+    bool send_report(const QString& name, std::vector<Element> fields, QString* error = nullptr);
+
+    /// Any thread. Sends bytes of any kind, with nothing added.
     void send_raw(const QByteArray& bytes);
     void send_raw(quint64 client, const QByteArray& bytes);
 

@@ -1,0 +1,125 @@
+// Clip information: from the little that is kept of each clip to the whole record, and its changes.
+#include <simulator/commands/clip_info_p.h>
+
+#include <simulator/call_p.h>
+#include <simulator/catalogue_p.h>
+#include <simulator/commands/machine_p.h>
+#include <simulator/reading_p.h>
+
+#include <algorithm>
+
+namespace simulator {
+
+namespace {
+
+constexpr unsigned bitrate = 100'000'000; // bits a second
+
+std::vector<Element> all_tracks()
+{
+    std::vector<Element> set;
+    for (const QString& type : *Catalogue::get().tag(QStringLiteral("TrackType"))->names)
+        set.push_back({"TrackType", type});
+    return set;
+}
+
+const Element& default_tracks()
+{
+    static const Element tracks = tracks_of({"TrackSet", all_tracks()});
+    return tracks;
+}
+
+void change_metadata(Element& info, const Element& change)
+{
+    Element list = child(info, "MetadataList");
+    list.tag = QStringLiteral("MetadataList");
+    const auto forget = [&](const QString& key) {
+        auto& entries = list.children;
+        entries.erase(std::remove_if(entries.begin(), entries.end(),
+                                     [&](const Element& entry) { return text(entry, "Key") == key; }),
+                      entries.end());
+    };
+    for (const Element& entry : child(change, "MetadataList").children) {
+        forget(text(entry, "Key"));
+        list.children.push_back(entry);
+    }
+    for (const Element& key : child(change, "KeyList").children)
+        forget(key.text);
+    info.set(std::move(list));
+}
+
+// A change that names no type is one of the track in its place.
+void change_tracks(Element& info, const Element& change)
+{
+    Element tracks = has(info, "TrackInfoVector") ? child(info, "TrackInfoVector") : default_tracks();
+    for (std::size_t i = 0; i < change.children.size(); ++i) {
+        const Element& attributes = change.children[i];
+        const Element* trim = attributes.child(QLatin1String("TrimStart"));
+        for (std::size_t k = 0; trim && k < tracks.children.size(); ++k)
+            if (has(attributes, "TrackType")
+                    ? text(attributes, "TrackType") == text(tracks.children[k], "TrackType")
+                    : i == k)
+                tracks.children[k].set(*trim);
+    }
+    info.set(std::move(tracks));
+}
+
+} // namespace
+
+Element clip_info(const QString& id, const Clip& clip, const QString& standard)
+{
+    Element info(QStringLiteral("ClipInfo"), {
+                                                 {"ClipID", id},
+                                                 {"VideoStandard", standard},
+                                                 default_tracks(),
+                                                 {"Title", QString()},
+                                                 {"Creator", QString()},
+                                                 {"Project", QString()},
+                                                 {"Playback", "auto"},
+                                                 {"Interp", "auto"},
+                                                 {"Loop", "off"},
+                                                 {"LoopOut", decimal(clip.played_length())},
+                                                 {"LoopIn", decimal(0)},
+                                                 {"ClipLength", decimal(clip.played_length())},
+                                                 {"TimecodeSource", "zerobased"},
+                                                 {"StripeTimecode", no_timecode()},
+                                                 {"ReadOnly", truth(false)},
+                                                 {"SpecialClipType", "normal"},
+                                                 {"CompressionBitrate", decimal(bitrate)},
+                                                 {"TrimStart", decimal(0)},
+                                                 {"TrimEnd", decimal(0)},
+                                                 {"ClipLengthUntrimmed", decimal(clip.length)},
+                                                 {"CompressionType", "avci"},
+                                                 {"ClipUUID", ClipStore::uuid_of(id)},
+                                                 {"ClipFileType", "mxf"},
+                                             });
+    for (const Element& attribute : clip.attributes)
+        info.set(attribute);
+    read(*Catalogue::get().tag(info.tag)->record, info);
+    return info;
+}
+
+Element tracks_of(const Element& track_set)
+{
+    Element tracks(QStringLiteral("TrackInfoVector"));
+    for (const Element& type : track_set.children) {
+        const bool is_audio = type.text == QLatin1String("audio");
+        for (unsigned i = 0; i < (is_audio ? audio_track_count : 1); ++i)
+            tracks.children.push_back({"TrackInfo", {type}});
+    }
+    return tracks;
+}
+
+void change_attributes(Clip& clip, const Element& change)
+{
+    Element info(QStringLiteral("ClipInfo"), std::move(clip.attributes));
+    for (const Element& attribute : change.children)
+        if (!Catalogue::get().tag(attribute.tag)->member)
+            info.set(attribute);
+    if (has(change, "MetadataList") || has(change, "KeyList"))
+        change_metadata(info, change);
+    if (has(change, "TrackAttrVector"))
+        change_tracks(info, child(change, "TrackAttrVector"));
+    clip.attributes = std::move(info.children);
+}
+
+} // namespace simulator

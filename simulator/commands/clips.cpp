@@ -1,0 +1,299 @@
+// Clips and directories.
+#include <simulator/commands/clips_p.h>
+
+#include <simulator/commands/channels_p.h>
+#include <simulator/commands/clip_info_p.h>
+#include <simulator/commands/machine_p.h>
+#include <simulator/server_state_p.h>
+
+#include <algorithm>
+
+namespace simulator {
+
+using Outcome = ClipStore::Outcome;
+
+namespace {
+
+constexpr qint64 entry_weight = 4096; // of a clip or directory with its name
+
+// What a change of the store came to, as an answer.
+Refusal refusal_of(Outcome outcome, const char* kind, const QString& from, const QString& to)
+{
+    const QLatin1String what(kind);
+    switch (outcome) {
+    case Outcome::NotFound:
+        return what == QLatin1String("clip")
+                   ? no_such_clip(from)
+                   : refuse(QStringLiteral("no such %1 %2").arg(what, quoted(from)));
+    case Outcome::Exists:
+        return refuse(QStringLiteral("the %1 %2 exists already").arg(what, quoted(to)));
+    case Outcome::BadName:
+        return refuse(QStringLiteral("%1 cannot be the name of this %2").arg(quoted(to), what));
+    case Outcome::Done:
+        break;
+    }
+    return {};
+}
+
+// Why a clip cannot go or change its name; also for all clips in a directory, `name` with a slash.
+Refusal in_use(const Call& call, const QString& name)
+{
+    const auto is_meant = [&](const Cue& cue) {
+        return !cue.is_virtual &&
+               (name.endsWith(QLatin1Char('/')) ? cue.clip.startsWith(name) : cue.clip == name);
+    };
+    for (int i = 0; i < channel_count; ++i) {
+        const Channel& channel = channel_at(call.state, i);
+        if (is_meant(channel.cue) || std::any_of(channel.precued.begin(), channel.precued.end(), is_meant))
+            return refuse(QStringLiteral("%1 is in use on channel %2").arg(quoted(name), channel_name(i)));
+    }
+    return {};
+}
+
+// Why a clip cannot be changed.
+Refusal fixed(const Call& call, const QString& name)
+{
+    const Clip* clip = call.state.clips.clip(name);
+    if (!clip)
+        return no_such_clip(name);
+    return clip->attribute("ReadOnly") == QLatin1String("true")
+               ? refuse(QStringLiteral("the clip %1 is read-only").arg(quoted(name)))
+               : Refusal();
+}
+
+void tell_disk_space(Call& call)
+{
+    if (call.audience.listens_to("disk_space_changed"))
+        call.report("disk_space_changed", {disk_space(call.state)});
+}
+
+Refusal create(Call& call, const QString& name, Clip clip)
+{
+    const qint64 taken = entry_weight + weight(clip.attributes);
+    if (!call.state.budget.take(taken))
+        return no_room();
+    if (Refusal refusal =
+            refusal_of(call.state.clips.create_clip(name, std::move(clip)), "clip", name, name)) {
+        call.state.budget.give(taken);
+        return refusal;
+    }
+    call.report("clip_created", {{"ClipID", name}});
+    tell_disk_space(call);
+    return {};
+}
+
+// With a channel, the clip is what that channel records.
+Refusal create_clip(Call& call)
+{
+    if (call.has("Channel"))
+        if (Refusal refusal = not_free(call, named_channels(call).front()))
+            return refusal;
+    const QString name = call.text("ClipID");
+    Clip clip;
+    clip.length = call.number("ClipLength").value_or(0);
+    clip.attributes.push_back(tracks_of(child(call.arguments, "TrackSet")));
+    if (Refusal refusal = create(call, name, std::move(clip)))
+        return refusal;
+    if (!call.has("Channel"))
+        return {};
+    const int channel = named_channels(call).front();
+    Channel& at = channel_at(call.state, channel);
+    at.cue = {};
+    at.cue.clip = name;
+    at.cue.length = call.number("ClipLength").value_or(0);
+    at.status = QStringLiteral("record");
+    at.speed = normal_speed;
+    tell_changes(call.state, call.audience, channel);
+    return {};
+}
+
+// The same pictures, seen from another angle.
+Refusal create_child_clip(Call& call)
+{
+    const QString parent_name = call.text("ParentClipID");
+    const Clip* parent = call.state.clips.clip(parent_name);
+    if (!parent)
+        return no_such_clip(parent_name);
+    Clip made = *parent;
+    const QString parent_uuid = parent->attribute("ClipUUID");
+    made.set_attribute("ParentUUID", parent_uuid.isEmpty() ? ClipStore::uuid_of(parent_name) : parent_uuid);
+    made.set_attribute("ClipUUID", ClipStore::uuid_of(call.text("ClipID")));
+    made.set_attribute("ReadOnly", truth(false));
+    if (call.has("Angle"))
+        made.set_attribute("Angle", call.text("Angle"));
+    return create(call, call.text("ClipID"), std::move(made));
+}
+
+Refusal delete_clip(Call& call)
+{
+    const QString name = call.text("ClipID");
+    for (const auto why_not : {fixed, in_use})
+        if (Refusal refusal = why_not(call, name))
+            return refusal;
+    call.state.budget.give(entry_weight + weight(call.state.clips.clip(name)->attributes));
+    call.state.clips.delete_clip(name);
+    call.report("clip_deleted", {{"ClipID", name}});
+    tell_disk_space(call);
+    return {};
+}
+
+Refusal rename_clip(Call& call)
+{
+    const QString from = call.text("FromID"), to = call.text("ToID");
+    for (const auto why_not : {fixed, in_use})
+        if (Refusal refusal = why_not(call, from))
+            return refusal;
+    if (Refusal refusal = refusal_of(call.state.clips.rename_clip(from, to), "clip", from, to))
+        return refusal;
+    call.report("clip_deleted", {{"ClipID", from}});
+    call.report("clip_created", {{"ClipID", to}});
+    return {};
+}
+
+Refusal clip_exists(Call& call)
+{
+    const QString name = call.text("ClipID");
+    call.reply("clipexists", {{"ClipID", name}, {"Exists", truth(call.state.clips.has_clip(name))}});
+    return {};
+}
+
+Refusal modify_clip_attributes(Call& call)
+{
+    const QString name = call.text("ClipID");
+    if (Refusal refusal = fixed(call, name))
+        return refusal;
+    Clip& clip = *call.state.clips.clip(name);
+    Clip changed = clip;
+    change_attributes(changed, child(call.arguments, "ClipAttrChange"));
+    const quint64 trims =
+        static_cast<quint64>(changed.attribute("TrimStart").toUInt()) + changed.attribute("TrimEnd").toUInt();
+    if (trims > clip.length)
+        return refuse(QStringLiteral("the trims are longer than the clip %1").arg(quoted(name)));
+    if (!call.state.budget.take(weight(changed.attributes) - weight(clip.attributes)))
+        return no_room();
+    clip = std::move(changed);
+    stamp_clip(call.state, name, "MetaEditStamp");
+    call.report("clip_changed", {{"ClipID", name}});
+    return {};
+}
+
+Refusal get_clip_info(Call& call)
+{
+    const QString name = call.text("ClipID");
+    const Clip* clip = call.state.clips.clip(name);
+    if (!clip)
+        return no_such_clip(name);
+    call.reply("clipinfo", {clip_info(name, *clip, call.state.configuration.effective("VideoStandard"))});
+    return {};
+}
+
+// The layout of a clip's file, as the tokens of a nested list.
+Refusal get_volatile_file_info(Call& call)
+{
+    const QString name = call.text("ClipID");
+    const Clip* clip = call.state.clips.clip(name);
+    if (!clip)
+        return no_such_clip(name);
+    QStringList tokens = {"(", "file", "/video/" + name + ".mxf", ")"};
+    if (clip->length == 0) // still being recorded
+        tokens = QStringList{"(", "grow", "0"} + tokens + QStringList{")"};
+    tokens = QStringList{"(", "clip"} + tokens + QStringList{")"};
+    std::vector<Element> keys;
+    for (const QString& token : qAsConst(tokens))
+        keys.push_back({"Key", token});
+    call.reply("volatile_file_info", {{"KeyList", keys}});
+    return {};
+}
+
+// Why the directory that is named cannot be listed; none named, or the empty name, is fine.
+Refusal unlistable(const Call& call)
+{
+    return call.state.clips.has_directory(call.text("DirectoryName"))
+               ? Refusal()
+               : refusal_of(Outcome::NotFound, "directory", call.text("DirectoryName"), {});
+}
+
+Refusal download_clipids(Call& call)
+{
+    if (Refusal refusal = unlistable(call))
+        return refusal;
+    const ClipStore& clips = call.state.clips;
+    for (const QString& clip :
+         call.has("DirectoryName") ? clips.clips_in(call.text("DirectoryName")) : clips.clips())
+        call.reply("clipid", {{"ClipID", clip}});
+    return {};
+}
+
+Refusal download_directory_names(Call& call)
+{
+    if (Refusal refusal = unlistable(call))
+        return refusal;
+    const ClipStore& clips = call.state.clips;
+    for (const QString& name :
+         call.has("DirectoryName") ? clips.directories_in(call.text("DirectoryName")) : clips.directories())
+        call.reply("directory_name", {{"DirectoryName", name}});
+    return {};
+}
+
+Refusal create_directory(Call& call)
+{
+    const QString name = call.text("DirectoryName");
+    if (!call.state.budget.take(entry_weight))
+        return no_room();
+    if (Refusal refusal = refusal_of(call.state.clips.create_directory(name), "directory", name, name)) {
+        call.state.budget.give(entry_weight);
+        return refusal;
+    }
+    call.report("directory_created", {{"DirectoryName", name}});
+    return {};
+}
+
+Refusal rename_dir(Call& call)
+{
+    const QString from = call.text("FromDir"), to = call.text("ToDir");
+    if (Refusal refusal = in_use(call, from + QLatin1Char('/')))
+        return refusal;
+    if (Refusal refusal = refusal_of(call.state.clips.rename_directory(from, to), "directory", from, to))
+        return refusal;
+    call.report("directory_deleted", {{"DirectoryName", from}});
+    call.report("directory_created", {{"DirectoryName", to}});
+    return {};
+}
+
+} // namespace
+
+quint32 first_field(const Clip& clip)
+{
+    if (clip.attribute("TimecodeSource") != QLatin1String("striped"))
+        return 0;
+    for (const Element& attribute : clip.attributes)
+        if (attribute.tag == QLatin1String("StripeTimecode"))
+            return static_cast<quint32>(text(attribute, "FieldNumber").toInt());
+    return 0;
+}
+
+void stamp_clip(ServerState& state, const QString& clip, const char* tag)
+{
+    if (Clip* found = state.clips.clip(clip))
+        found->set_attribute(tag, decimal(++state.last_stamp));
+}
+
+CommandRows clip_commands()
+{
+    return {
+        {"create_clip", create_clip},
+        {"create_child_clip", create_child_clip},
+        {"delete_clip", delete_clip},
+        {"rename_clip", rename_clip},
+        {"clip_exists", clip_exists},
+        {"modify_clip_attributes", modify_clip_attributes},
+        {"get_clip_info", get_clip_info},
+        {"get_volatile_file_info", get_volatile_file_info},
+        {"download_clipids", download_clipids},
+        {"create_directory", create_directory},
+        {"rename_dir", rename_dir},
+        {"download_directory_names", download_directory_names},
+    };
+}
+
+} // namespace simulator

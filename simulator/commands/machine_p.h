@@ -1,0 +1,26 @@
+// What the server says of the machine that it is.
+#pragma once
+
+#include <simulator/element.h>
+
+namespace simulator {
+
+class Call;
+struct Cue;
+struct ServerState;
+
+constexpr unsigned audio_track_count = 8;
+
+// The fields of a `Timecode` where there is none.
+std::vector<Element> no_timecode();
+
+// The fields of the timecode of what is on a channel.
+std::vector<Element> display_timecode(ServerState& state, const Cue& cue);
+
+// The `DiskSpaceChange` of the present.
+Element disk_space(ServerState& state);
+
+// Tells one client the present state of one of the classes that concern no channel, where it has one.
+void tell_machine(Call& call, const QString& report_class);
+
+} // namespace simulator

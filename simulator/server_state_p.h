@@ -1,0 +1,36 @@
+// Everything that the server has and is, and that commands ask for and change.
+#pragma once
+
+#include <simulator/budget_p.h>
+#include <simulator/clip_store.h>
+#include <simulator/commands/channels_p.h>
+#include <simulator/commands/configuration_p.h>
+#include <simulator/commands/lists_p.h>
+#include <simulator/commands/vclips_p.h>
+#include <simulator/settings.h>
+
+#include <array>
+#include <map>
+
+namespace simulator {
+
+struct ServerState
+{
+    explicit ServerState(const Settings& given)
+        : settings(given), budget(given.max_state), clips(given.clips), configuration(given)
+    {
+    }
+
+    const Settings& settings;
+    Budget budget; // before all that takes from it
+    ClipStore clips;
+    std::array<Channel, channel_count> channels;
+    Shelf<std::vector<Element>> play_lists{budget}, chase_lists{budget};
+    Shelf<VirtualClip> vclips{budget};
+    std::map<QString, Shelf<QString>> metadata; // by database; none of them is empty
+    Shelf<QString> userdict{budget};
+    Configuration configuration;
+    quint64 last_stamp = 0; // of the changes that clips keep a stamp of
+};
+
+} // namespace simulator

@@ -1,0 +1,93 @@
+// What the server keeps, answers and reports: plays the dialogues in dialogues/. There, `1> ...` is a command
+// of the client 1, and what each client gets because of it follows, replies as `1< ...`, reports as `1* ...`.
+#include "compact.h"
+#include "plain_client.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <map>
+#include <sstream>
+
+namespace {
+
+using simulator::ClipStore;
+using simulator::Settings;
+using support::Station;
+
+Settings small_station()
+{
+    Settings settings;
+    QString error;
+    settings.clips = ClipStore::from_text("ident\nnews/a\nnews/b\n", &error);
+    return settings;
+}
+
+class Played
+{
+public:
+    explicit Played(const Settings& settings) : station_(settings) {}
+
+    /// Plays the commands of a dialogue and writes down what really comes.
+    std::string transcript(const std::string& dialogue)
+    {
+        std::string written;
+        std::istringstream lines(dialogue);
+        for (std::string line; std::getline(lines, line);) {
+            if (line.size() < 4 || line[1] != '>')
+                continue;
+            written += line + "\n" + play(line[0], QByteArray::fromStdString(line.substr(3)));
+            for (auto& [name, client] : clients_) // whatever the command makes others hear is on its way
+                if (name != line[0])
+                    written += hear(name, *client, cmd("end", "<sync/>"));
+        }
+        return written;
+    }
+
+private:
+    std::string play(char name, const QByteArray& command)
+    {
+        if (command == "leave") {
+            clients_.erase(name);
+            EXPECT_TRUE(wait_until([&] { return station_->counters().connected == clients_.size(); }));
+            return {};
+        }
+        auto& client = clients_[name];
+        if (!client)
+            client = std::make_unique<PlainClient>(station_);
+        return hear(name, *client, cmd("x", compact::to_command(command)) + cmd("end", "<sync/>"));
+    }
+
+    static std::string hear(char name, PlainClient& client, const QByteArray& commands)
+    {
+        client.send(commands);
+        const QByteArray end = reply("end", "<ok/>");
+        QByteArray heard = client.read_until([&](const QByteArray& bytes) { return bytes.endsWith(end); });
+        heard.chop(end.size());
+        std::istringstream messages(compact::from_stream(heard));
+        std::string written;
+        for (std::string message; std::getline(messages, message);)
+            written += name + message + "\n";
+        return written;
+    }
+
+    const Station station_;
+    std::map<char, std::unique_ptr<PlainClient>> clients_;
+};
+
+using DialogueTest = SimulatorTest;
+
+TEST_F(DialogueTest, EachGoesAsItIsWritten)
+{
+    const QDir folder(QStringLiteral(DIALOGUES_FOLDER));
+    const QStringList names = folder.entryList({QStringLiteral("*.txt")});
+    ASSERT_FALSE(names.isEmpty());
+    for (const QString& name : names) {
+        QFile file(folder.filePath(name));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        const std::string written = file.readAll().toStdString();
+        EXPECT_EQ(Played(small_station()).transcript(written), written) << qPrintable(name);
+    }
+}
+
+} // namespace
