@@ -9,7 +9,6 @@
 #include <support/station.h>
 
 #include <QPointer>
-#include <QThread>
 
 #include <algorithm>
 #include <functional>
@@ -216,24 +215,13 @@ TEST_F(APIQt, of_a_connect_and_a_disconnect_the_later_holds)
     EXPECT_EQ(station->counters().accepted, 1u);
 }
 
-TEST_F(APIQt, offers_each_message_and_tells_each_report_as_a_signal)
+TEST_F(APIQt, offers_each_message_before_it_is_understood)
 {
-    EXPECT_NE(QMetaType::type("KVRP3::ClipID"), static_cast<int>(QMetaType::UnknownType));
     Station station;
     connect_to(station);
-    QThread other;
-    QObject receiver; // on a thread of its own, so that the signal has to be queued
-    receiver.moveToThread(&other);
-    std::atomic<int> received{0};
-    QObject::connect(&client, &KVRP3::APIQt::report_clip_created, &receiver, [&](AString) { ++received; });
-    other.start();
-
     client.taken = "b";
     station->send_raw(report("a") + report("b") + "<report><clip_created /></report>" + report("c"));
     wait_until([&] { return client.events == "+ac"; });
-    wait_until([&] { return received == 2; });
-    other.quit();
-    other.wait();
     expect_answer("STUDIO-1"); // a message that is not understood has harmed nothing
 }
 

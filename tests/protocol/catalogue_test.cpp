@@ -12,6 +12,13 @@ using Calls = std::vector<std::string>;
 
 constexpr auto l1 = AString::l1;
 
+TEST(Catalogue, values_are_types_that_qt_knows_before_anything_is_made)
+{
+    EXPECT_NE(QMetaType::type("AString"), static_cast<int>(QMetaType::UnknownType));
+    for (const auto& [name, print] : samples::printers)
+        EXPECT_NE(QMetaType::type(name.c_str()), static_cast<int>(QMetaType::UnknownType)) << name;
+}
+
 bool is_report(const XMLTree& element)
 {
     return samples::reports.count(element.get_tag().to_string()) != 0;

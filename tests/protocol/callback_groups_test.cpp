@@ -1,0 +1,287 @@
+// Signals of callback groups and of reports, and the ends that a group and its commands can come to.
+#include <generated_tests/message_samples.h>
+#include <skuan/protocol/callback_guard_p.h>
+#include <skuan/protocol/kvrp3_api_qt.h>
+
+#include <support/blocked_thread.h>
+#include <support/core_application.h>
+#include <support/station.h>
+
+#include <QMetaMethod>
+#include <QPointer>
+#include <QThread>
+
+#include <functional>
+#include <mutex>
+
+namespace {
+
+using Calls = std::vector<std::string>;
+
+constexpr auto l1 = AString::l1;
+
+/// Receives signals of any kind, found by the text of their signatures, and prints what they bring.
+class SignalLog : public QObject
+{
+public:
+    /// `values` names the types as the signal does.
+    void watch(const QObject& sender, const std::string& signal, const samples::Message& message)
+    {
+        const QMetaObject* meta = sender.metaObject();
+        const int index = meta->indexOfSignal((signal + "(" + message.values + ")").c_str());
+        ASSERT_GE(index, 0) << signal;
+        const int slot = QObject::staticMetaObject.methodCount() + static_cast<int>(watched_.size());
+        watched_.push_back({message.name, meta->method(index).parameterTypes()});
+        QMetaObject::connect(&sender, index, this, slot);
+    }
+    Calls seen() const
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        return seen_;
+    }
+    int qt_metacall(QMetaObject::Call call, int id, void** arguments) override
+    {
+        id = QObject::qt_metacall(call, id, arguments);
+        if (id < 0 || call != QMetaObject::InvokeMetaMethod)
+            return id;
+        const Watched& signal = watched_[static_cast<std::size_t>(id)];
+        std::string values;
+        for (const QByteArray& type : signal.types)
+            values += samples::printers.at(type.toStdString())(*++arguments);
+        const std::lock_guard<std::mutex> lock(mutex_);
+        seen_.push_back(samples::element(signal.name, values));
+        return -1;
+    }
+
+private:
+    struct Watched
+    {
+        std::string name;
+        QList<QByteArray> types;
+    };
+    std::vector<Watched> watched_;
+    mutable std::mutex mutex_;
+    Calls seen_;
+};
+
+/// The same on a thread of its own, to which signals have to be queued.
+class FarSignalLog
+{
+public:
+    FarSignalLog()
+    {
+        log_.moveToThread(&thread_);
+        thread_.start();
+    }
+    ~FarSignalLog()
+    {
+        thread_.quit();
+        thread_.wait();
+    }
+    SignalLog* operator->() { return &log_; }
+
+private:
+    QThread thread_;
+    SignalLog log_;
+};
+
+std::string sample(const std::string& reply)
+{
+    return samples::replies.at(reply).sample;
+}
+
+class CallbackGroups : public support::CoreApplication
+{
+protected:
+    CallbackGroups()
+    {
+        client->set_send_debug_hook(AFunction1<const XMLTree&>::member<&CallbackGroups::sent>(this));
+        client->connect_to_server(station.address());
+        wait_until([&] { return client->is_connected() && station->counters().connected == 1; });
+    }
+    /// No test may leave a guard behind.
+    ~CallbackGroups() override
+    {
+        client.reset();
+        EXPECT_EQ(KVRP3::CallbackGuard::living(), guards_before);
+    }
+
+    unsigned guards() const { return KVRP3::CallbackGuard::living() - guards_before; }
+    void reply(const AString& to, const std::string& body)
+    {
+        station->send_raw(
+            QByteArray::fromStdString("<reply><xid>" + to.to_string() + "</xid>" + body + "</reply>"));
+    }
+    /// The same, and waits until it has been dealt with.
+    void reply_to_end(const AString& to, const std::string& body)
+    {
+        const unsigned outstanding = client->outstanding_commands();
+        reply(to, body);
+        wait_until([&] { return client->outstanding_commands() == outstanding - 1; });
+    }
+
+    const unsigned guards_before = KVRP3::CallbackGuard::living();
+    support::Station station{simulator::Faults{.mute = true}};
+    std::unique_ptr<KVRP3::APIQt> client{new KVRP3::APIQt};
+    AString xid; ///< of the last command
+
+private:
+    void sent(const XMLTree& message) { xid = message.get_subnode(l1("xid")).get_content(); }
+};
+
+TEST_F(CallbackGroups, of_every_kind_give_their_replies_as_signals)
+{
+    const auto check = [this]<typename Group>(const Calls& answers,
+                                              void (*issue)(KVRP3::APIQt&, const Group&)) {
+        Group group;
+        SignalLog near;
+        FarSignalLog far;
+        Calls replies = answers, expected;
+        replies.push_back("error");
+        for (const std::string& name : replies) {
+            near.watch(group, "sig_" + name, samples::replies.at(name));
+            far->watch(group, "sig_" + name, samples::replies.at(name));
+            expected.push_back(sample(name));
+        }
+        issue(*client, group);
+        for (const std::string& name : answers)
+            reply(xid, sample(name));
+        issue(*client, group);
+        reply(xid, sample("error"));
+        wait_until([&] { return client->outstanding_commands() == 0; });
+        EXPECT_EQ(near.seen(), expected);
+        wait_until([&] { return far->seen().size() == expected.size(); });
+        EXPECT_EQ(far->seen(), expected);
+    };
+    samples::for_each_group(check);
+}
+
+TEST_F(CallbackGroups, are_not_needed_for_the_signals_of_reports)
+{
+    SignalLog near;
+    FarSignalLog far;
+    Calls expected;
+    for (const auto& [name, report] : samples::reports) {
+        near.watch(*client, "report_" + name, report);
+        far->watch(*client, "report_" + name, report);
+        station->send_report(QByteArray("<report>") + report.sample + "</report>");
+        expected.push_back(report.sample);
+    }
+    wait_until([&] { return far->seen().size() == expected.size(); });
+    EXPECT_EQ(near.seen(), expected);
+    EXPECT_EQ(far->seen(), expected);
+}
+
+TEST_F(CallbackGroups, may_go_before_the_replies_to_their_commands)
+{
+    AString xids[3];
+    {
+        const KVRP3::CallbackGroup_set1 group;
+        for (AString& each : xids) {
+            client->cmd_sync(group);
+            each = xid;
+        }
+        reply_to_end(xids[1], sample("ok"));
+    }
+    reply_to_end(xids[2], sample("error"));
+    EXPECT_EQ(guards(), 1u); // for the one that is in flight
+    reply_to_end(xids[0], sample("ok"));
+    EXPECT_EQ(guards(), 0u);
+}
+
+TEST_F(CallbackGroups, may_go_in_the_midst_of_a_stream)
+{
+    using Group = KVRP3::CallbackGroup_set2;
+    std::thread other;
+    const std::function<void(Group*)> ends[] = {
+        [](Group* group) { group->deleteLater(); },
+        [&other](Group* group) { other = std::thread([group] { delete group; }); }, // once the slot has ended
+    };
+    for (const auto& end : ends) {
+        QPointer<Group> group = new Group;
+        int items = 0;
+        QObject::connect(group, &Group::sig_clipid, [&] {
+            if (++items == 1)
+                end(group);
+        });
+        client->cmd_download_clipids(*group);
+        reply(xid, sample("clipid"));
+        wait_until([&] { return group.isNull(); });
+        reply(xid, sample("clipid"));
+        EXPECT_EQ(guards(), 1u);
+        reply_to_end(xid, sample("ok"));
+        EXPECT_EQ(items, 1);
+        EXPECT_EQ(guards(), 0u);
+    }
+    other.join();
+}
+
+TEST_F(CallbackGroups, wait_for_a_slot_before_they_go)
+{
+    auto* const group = new KVRP3::CallbackGroup_set1;
+    std::unique_ptr<support::BlockedThread> other;
+    QObject::connect(group, &KVRP3::CallbackGroup_set1::sig_ok, [&] {
+        other = std::make_unique<support::BlockedThread>([group] { delete group; });
+        other->wait_until_blocked();
+        EXPECT_FALSE(other->ended());
+    });
+    client->cmd_sync(*group);
+    reply_to_end(xid, sample("ok"));
+    other->join();
+}
+
+TEST_F(CallbackGroups, may_go_on_any_thread_at_any_time)
+{
+    for (int i = 0; i != 100; ++i) {
+        std::atomic<int> oks{0};
+        auto* const group = new KVRP3::CallbackGroup_set1;
+        QObject::connect(group, &KVRP3::CallbackGroup_set1::sig_ok, [&oks] { ++oks; });
+        client->cmd_sync(*group);
+        std::thread other([&] {
+            for (int pause = i * 5; pause != 0; --pause) // from long before the reply to long after it
+                std::this_thread::yield();
+            delete group;
+        });
+        reply_to_end(xid, sample("ok"));
+        other.join();
+        EXPECT_LE(oks, 1);
+        EXPECT_EQ(guards(), 0u);
+    }
+}
+
+TEST_F(CallbackGroups, are_let_go_by_commands_that_nobody_answers)
+{
+    {
+        const KVRP3::CallbackGroup_set6 group;
+        client->cmd_get_computer_name(group);
+    }
+    EXPECT_TRUE(client->forget_transaction(xid));
+    EXPECT_EQ(guards(), 0u);
+
+    SignalLog log;
+    {
+        const KVRP3::CallbackGroup_set6 group;
+        log.watch(group, "sig_computername", samples::replies.at("computername"));
+        log.watch(group, "sig_error", samples::replies.at("error"));
+        client->cmd_get_computer_name(group);
+        reply_to_end(xid, sample("ok")); // not an answer to this, and the end of it
+        EXPECT_EQ(log.seen(), Calls());
+
+        client->cmd_get_computer_name(group);
+        client->disconnect_from_server();
+        client->cmd_get_computer_name(group);
+        EXPECT_EQ(log.seen().size(), 2u);
+    }
+    EXPECT_EQ(guards(), 0u);
+}
+
+TEST_F(CallbackGroups, outlive_the_connection_object)
+{
+    const KVRP3::CallbackGroup_set6 group;
+    client->cmd_get_computer_name(group);
+    client.reset();
+    EXPECT_EQ(guards(), 1u); // the group's own
+    client = std::make_unique<KVRP3::APIQt>();
+}
+
+} // namespace
