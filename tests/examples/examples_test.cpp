@@ -27,6 +27,7 @@ TEST(Examples, SayWhatTheServerAnswers)
         {"02_ask_name_qt", "Köln <2>\n", ""},
         {"03_list_clips", "bars_and_tone\n", "\n22 clips\n"},
         {"04_watch_reports", "made: rushes\n", ""},
+        {"05_clip_info", "bars_and_tone: ", " tracks\n"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.example);
@@ -43,7 +44,7 @@ TEST(Examples, EndWithoutAServer)
 {
     support::need_application();
     const QString nobody = QString::fromStdString(support::own_loopback_address());
-    for (const char* example : {"02_ask_name_qt", "03_list_clips", "04_watch_reports"}) {
+    for (const char* example : {"02_ask_name_qt", "03_list_clips", "04_watch_reports", "05_clip_info"}) {
         const auto ran = run(path_of(example), {nobody});
         EXPECT_EQ(ran.code, 1) << example;
         EXPECT_THAT(ran.err.toStdString(), EndsWith(": no connection\n")) << example;
