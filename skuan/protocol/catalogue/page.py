@@ -122,6 +122,6 @@ def page_groups(catalogue):
     yield from head("Group", "Replies", "Commands", "What for")
     for group in catalogue.groups.values():
         commands = [command.name for command in catalogue.commands.values() if command.group is group]
-        names = ", ".join(link("command", name) for name in commands) if len(commands) < 4 else f"{len(commands)} of them"
+        names = f"{len(commands)} of them" if len(commands) > 3 else ", ".join(link("command", name) for name in commands)
         replies = ", ".join(link("reply", reply.name) for reply in without_error(group))
         yield row(f'<a id="group-{group.number}"></a>{group.number}', replies, names, group.meaning)

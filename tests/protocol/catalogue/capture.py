@@ -15,6 +15,7 @@ class Chunk:
     sender: int
     time: float  # seconds from the start of the capture
     data: bytes
+    lost: bool = False  # it is not in the capture
 
 
 @dataclass
@@ -62,6 +63,9 @@ class Capture:
         for chunk in chunks:
             for start in range(0, len(chunk.data), 65000):
                 piece, time = chunk.data[start : start + 65000], chunk.time
+                if chunk.lost:
+                    self.sequence[chunk.sender] += len(piece)
+                    continue
                 self.write(chunk.sender, time, PSH | ACK, piece)
                 segments.append(Segment(self.frames, chunk.sender, time, piece))
         self.write(CLIENT, time, FIN | ACK)

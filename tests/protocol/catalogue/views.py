@@ -110,17 +110,18 @@ class Tshark:
             self.command + ["-r", str(path), *arguments],
             env=os.environ | {"WIRESHARK_CONFIG_DIR": str(self.settings_folder), "LC_ALL": "C.UTF-8"},
             capture_output=True,
-            timeout=200,
+            timeout=800,
         )
         complaint = done.stderr.decode()
         if done.returncode or "lua" in complaint.lower():
             raise AssertionError(f"tshark gives {done.returncode}: {complaint}")
         return done.stdout.decode()
 
-    def see(self, path, catalogue):
+    def see(self, path, catalogue, passes=2):
+        """With a second pass, a command can tell of what comes after it."""
         kinds = {tag["name"]: tag["kind"] for tag in catalogue["tags"]}
         seen = Seen()
-        pages = ElementTree.fromstring(self.run(path, "-2", "-T", "pdml"))
+        pages = ElementTree.fromstring(self.run(path, *["-2"] * (passes - 1), "-T", "pdml"))
         for packet in pages.iter("packet"):
             frame = int(packet.find("proto[@name='geninfo']/field[@name='num']").get("show"))
             for proto in packet.iter("proto"):
@@ -167,7 +168,7 @@ def shown_values(item, kinds):
             tag = name.removeprefix("kvrp3.")
             kind = kinds.get(tag)
             nested = kind in ("record", "set", "vector", "list")
-            found.append((tag, shown_values(part, kinds) if nested else as_written(part.get("show"), kind)))
+            found.append((tag, nested and shown_values(part, kinds) or as_written(part.get("show"), kind)))
     return found
 
 
@@ -176,7 +177,7 @@ def as_written(show, kind):
     if kind == "bool":
         return {"1": "true", "0": "false"}[show]
     if kind == "flag":
-        return ""
+        return {"1": ""}[show]
     if kind == "speed":
         return f"{float(show):g}"
     return show
