@@ -29,7 +29,8 @@ ask name
 ask version
 ask clips
 ask --json version
-ask call download_clipids DirectoryName=archive/1987
+ask call cue_clip Channel=A ClipID=news/weather_tonight Loop=loop
+ask --count 1 reports A:status # a registration begins with how things stand
 ask raw '<cmd><xid>1</xid><get_computer_name/></cmd>'
 
 echo
