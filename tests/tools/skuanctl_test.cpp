@@ -337,12 +337,10 @@ TEST_F(Skuanctl, PrintsReportsOfTheClassesAsked)
           "<watch_metadata_database><MetadataDatabase>m</MetadataDatabase></watch_metadata_database>"}},
         {{}, {}}, // everything: 12 classes, and 8 of each of 12 channels
     };
-    for (const auto& row : rows) {
+    for (const auto& row : rows) { // the server tells on its own, too, how things stand
         const Scripted station({"<ok/>"}, report);
         const Ran ran = ask(station, QStringList{"--count", "3", "reports"} + row.words);
         EXPECT_EQ(ran.code, 0) << ran.err.constData();
-        const QByteArray speed = "channel_speed\n  Channel: A\n  Speed: -1.5\n";
-        EXPECT_EQ(ran.out, speed + "config_changed\n" + speed);
         const auto sent = station.commands();
         if (!row.sent.empty()) {
             EXPECT_EQ(sent, row.sent);
@@ -353,6 +351,10 @@ TEST_F(Skuanctl, PrintsReportsOfTheClassesAsked)
             EXPECT_EQ(sent[1].count("</ChannelReportType>"), 8);
         }
     }
+    const Scripted quiet({"<ok/>"}, report); // about clips there is nothing to tell on its own
+    EXPECT_EQ(ask(quiet, {"--count", "2", "reports", "clip_change"}).out,
+              "channel_speed\n  Channel: A\n  Speed: -1.5\nconfig_changed\n");
+
     const Scripted station({"<error><ErrorMessage>no</ErrorMessage><ErrorCode>general</ErrorCode></error>"});
     const Ran ran = ask(station, {"--json", "reports", "melt"});
     EXPECT_EQ(ran.code, 1);
