@@ -5,10 +5,20 @@
 #include <skuan/protocol/callback_guard_p.h>
 
 #include <support/core_application.h>
+#include <support/memory_client.h>
+#include <support/station.h>
+
+#include <regex>
+#include <set>
 
 namespace {
 
 using Calls = std::vector<std::string>;
+
+template <int Number>
+constexpr std::integral_constant<int, Number> set{};
+
+using LoggingClient = samples::Logging<support::MemoryClient>;
 
 constexpr auto l1 = AString::l1;
 
@@ -24,7 +34,7 @@ bool is_report(const XMLTree& element)
     return samples::reports.count(element.get_tag().to_string()) != 0;
 }
 
-void put_in(samples::LoggingClient& client, const std::string& xml)
+void put_in(LoggingClient& client, const std::string& xml)
 {
     client.log.seen.clear();
     if (is_report(support::tree(xml)))
@@ -35,7 +45,7 @@ void put_in(samples::LoggingClient& client, const std::string& xml)
 
 TEST(Catalogue, messages_bring_their_values)
 {
-    samples::LoggingClient client;
+    LoggingClient client;
     for (const auto& [given, meant] : samples::understood) {
         put_in(client, given);
         EXPECT_EQ(client.log.seen, Calls{meant}) << given << client.parse_error_msg().to_string();
@@ -45,7 +55,7 @@ TEST(Catalogue, messages_bring_their_values)
 
 TEST(Catalogue, messages_with_a_fault_call_nothing_and_say_why)
 {
-    samples::LoggingClient client;
+    LoggingClient client;
     for (const auto& [given, error] : samples::refused) {
         put_in(client, given);
         EXPECT_EQ(client.log.seen, Calls()) << given;
@@ -93,20 +103,23 @@ public:
         expect_command(client.take(), "none", xml);
         EXPECT_EQ(client.outstanding_commands(), 0u) << xml;
 
+        KVRP3::APIQt& qt = memory; // one type of both, for the compiler's sake
         xid = with_callbacks(qt);
-        expect_command(std::exchange(qt.bytes, {}), xid.to_string(), xml);
+        expect_command(std::exchange(memory.bytes, {}), xid.to_string(), xml);
         EXPECT_TRUE(qt.forget_transaction(xid));
         send(qt, a...);
-        expect_command(std::exchange(qt.bytes, {}), "none", xml);
+        expect_command(std::exchange(memory.bytes, {}), "none", xml);
         const auto group = samples::new_group(number);
         send(qt, a..., group);
-        expect_command(std::exchange(qt.bytes, {}), "", xml);
+        expect_command(std::exchange(memory.bytes, {}), "", xml);
         EXPECT_EQ(qt.outstanding_commands(), ++with_group);
+        with_callbacks(live);
     }
 
-    samples::LoggingClient client;
+    LoggingClient client;
     samples::Log log;
-    QtClient qt;
+    QtClient memory;
+    KVRP3::APIQt live; ///< to a server, if it is connected
     unsigned with_group = 0;
 
 private:
@@ -132,9 +145,12 @@ private:
     }
 };
 
-TEST(Catalogue, commands_go_out_with_their_arguments_and_end_with_their_replies)
+class CatalogueInUse : public support::CoreApplication
 {
-    support::need_application();
+};
+
+TEST_F(CatalogueInUse, commands_go_out_with_their_arguments_and_end_with_their_replies)
+{
     const unsigned guards = KVRP3::CallbackGuard::living();
     {
         Ways ways;
@@ -142,6 +158,50 @@ TEST(Catalogue, commands_go_out_with_their_arguments_and_end_with_their_replies)
         EXPECT_EQ(KVRP3::CallbackGuard::living(), guards + ways.with_group); // the groups are gone
     }
     EXPECT_EQ(KVRP3::CallbackGuard::living(), guards);
+}
+
+TEST_F(CatalogueInUse, a_server_understands_all_commands_and_gives_every_reply)
+{
+    Ways ways;
+    support::Station station;
+    KVRP3::APIQt& server = ways.live;
+    server.connect_to_server(station.address());
+    wait_until([&] { return server.is_connected(); });
+    samples::call_all(ways);
+    wait_until([&] { return server.outstanding_commands() == 0; });
+
+    // What the samples do not name, the server does not have: the rest is asked for what it has.
+    const auto ask = [&]<int Number>(std::integral_constant<int, Number> group, auto call) {
+        std::apply(call, samples::callbacks(group, ways.log));
+    };
+    const AString id = l1("ident");
+    server.cmd_create_clip(id, KVRP3::TrackSet::all);
+    server.cmd_list_save_start(id);
+    server.cmd_list_save_element(KVRP3::ListElement());
+    server.cmd_list_save_end();
+    server.cmd_chase_save_start(id);
+    server.cmd_chase_save_element(KVRP3::ChaseElement());
+    server.cmd_chase_save_end();
+    server.cmd_metadata_set(id, KVRP3::MetadataList{{id, id}});
+    ask(set<4>, [&](auto... to) { server.cmd_get_clip_info(id, to...); });
+    ask(set<11>, [&](auto... to) { server.cmd_get_one_configuration(l1("ComputerName"), to...); });
+    ask(set<16>, [&](auto... to) { server.cmd_download_listids(to...); });
+    ask(set<17>, [&](auto... to) { server.cmd_download_chaseids(to...); });
+    ask(set<18>, [&](auto... to) { server.cmd_download_list(id, to...); });
+    ask(set<19>, [&](auto... to) { server.cmd_download_chase(id, to...); });
+    ask(set<20>, [&](auto... to) { server.cmd_download_metadata(id, to...); });
+    ask(set<21>, [&](auto... to) { server.cmd_get_volatile_file_info(id, to...); });
+    wait_until([&] { return server.outstanding_commands() == 0; });
+
+    const std::regex form(
+        "<ErrorMessage>(\\w+ (cannot be &|holds \\d|stands more than|is missing in)|unknown|the message)");
+    std::set<std::string> kinds;
+    for (const std::string& reply : ways.log.seen) {
+        kinds.insert(reply.substr(1, reply.find_first_of(" >") - 1));
+        EXPECT_FALSE(std::regex_search(reply, form)) << reply;
+    }
+    for (const auto& [name, reply] : samples::replies)
+        EXPECT_EQ(kinds.count(name), 1u) << name;
 }
 
 struct ExpectDifference

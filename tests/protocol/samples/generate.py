@@ -81,7 +81,8 @@ def log():
         yield f"    void {message.name}({', '.join(parameters(message))})"
         yield f'    {{ seen.push_back(element("{message.name}", std::string(){"".join(" + " + v for v in values)})); }}'
     yield "};"
-    yield "struct LoggingClient : support::MemoryClient"
+    yield "template <typename Client>"
+    yield "struct Logging : Client"
     yield "{"
     yield "    Log log;"
     yield "    AString xid;"
@@ -92,7 +93,7 @@ def log():
             yield f"    {{ log.{message.name}({passed}); }}"
             continue
         yield f"    void reply_{message.name}({', '.join(['const AString& of', *parameters(message)])}) override"
-        yield f"    {{ xid = of; log.{message.name}({passed}); API::reply_{message.name}({', '.join(['of', passed]).removesuffix(', ')}); }}"
+        yield f"    {{ xid = of; log.{message.name}({passed}); Client::reply_{message.name}({', '.join(['of', passed]).removesuffix(', ')}); }}"
     yield "};"
     for group in CATALOGUE.groups.values():
         callbacks = []
@@ -235,7 +236,8 @@ def enumeration_table():
 
 
 HEADERS = {
-    "message_samples.h": [printers, log, message_tables, group_table, enumeration_table],
+    "message_values.h": [printers, log],
+    "message_samples.h": [message_tables, group_table, enumeration_table],
     "command_samples.h": [commands, changes],
 }
 
@@ -244,7 +246,10 @@ def main(output):
     folder = Path(output)
     folder.mkdir(parents=True, exist_ok=True)
     for name, parts in HEADERS.items():
-        lines = ["#pragma once", "#include <protocol/samples/prelude.h>", "namespace samples {"]
+        lines = ["#pragma once", "#include <protocol/samples/prelude.h>"]
+        if name == "message_samples.h":
+            lines.append("#include <generated_tests/message_values.h>")
+        lines.append("namespace samples {")
         for part in parts:
             lines += part()
         text = "\n".join([*lines, "} // namespace samples", ""])

@@ -5,8 +5,7 @@
 #include <skuan/protocol/kvrp3_api_qt.h>
 #include <skuan/protocol/kvrp3_callback_groups.h>
 
-#include <support/memory_client.h>
-
+#include <algorithm>
 #include <cstdio>
 #include <map>
 #include <string>
