@@ -94,9 +94,8 @@ std::string sample(const std::string& reply)
 /// The tree as the server's tests have it.
 simulator::Element element(const XMLTree& tree)
 {
-    simulator::Element result{QString::fromStdString(tree.get_tag().to_string()),
-                              QString::fromStdString(tree.get_content().to_string()),
-                              {}};
+    simulator::Element result(QString::fromStdString(tree.get_tag().to_string()),
+                              QString::fromStdString(tree.get_content().to_string()));
     for (const auto* entry = tree.get_subnodes().first_entry(); entry; entry = entry->next)
         result.children.push_back(element(entry->value));
     return result;
