@@ -166,8 +166,8 @@ Options parse_options(const QStringList& arguments)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
-        "A simulated video disk server: it answers the control protocol from a small clip store, and\n"
-        "misbehaves as told. Prints 'listening on ADDRESS:PORT' when it is ready.\n"
+        "A simulated video disk server: it answers every command of the control protocol, keeps what it is\n"
+        "told, and misbehaves as asked. Prints 'listening on ADDRESS:PORT' when it is ready.\n"
         "Exit codes: 0 stopped by a signal, 1 cannot listen, 2 bad usage."));
     parser.addOption({{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("this text")});
     for (const Row& row : rows())
