@@ -270,10 +270,19 @@ public:
     bool contains(AChar c) const { return find(c) != -1; }
     bool contains(const AString& needle) const { return find(needle) != -1; }
 
-    /// This text as a template, with the first value filled in; what may be filled in, and what makes a
-    /// place for it, is told at AStringFormat::arg, whose header belongs to every use.
-    template <typename... Value>
-    AStringFormat arg(Value&&... value) const;
+    // This text as a template, with the first value filled in; each is told of at AStringFormat::arg, whose
+    // header belongs to every use.
+
+    AStringFormat arg(const AString& text) const;
+    AStringFormat arg(const char* utf8) const;
+    AStringFormat arg(const wchar_t* text) const;
+    AStringFormat arg(int value, int width = 0, char fill = ' ') const;
+    AStringFormat arg(unsigned value, int width = 0, char fill = ' ') const;
+    AStringFormat arg(long value, int width = 0, char fill = ' ') const;
+    AStringFormat arg(unsigned long value, int width = 0, char fill = ' ') const;
+    AStringFormat arg(long long value, int width = 0, char fill = ' ') const;
+    AStringFormat arg(unsigned long long value, int width = 0, char fill = ' ') const;
+    AStringFormat arg(const void* address) const;
 
     AString operator+(const AString& other) const { return cat(*this, other); }
     AString& operator+=(const AString& other) { return *this = cat(*this, other); }

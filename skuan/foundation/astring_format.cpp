@@ -5,6 +5,8 @@
 
 #include <QString>
 
+#include <utility>
+
 AString::AString(const AStringFormat& format) : AString(format.operator AString()) {}
 
 AStringFormat::AStringFormat(const AString& format)
@@ -65,6 +67,20 @@ AStringFormat& AStringFormat::arg(const void* address)
     return arg(AString::sprintf("0x%08llX",
                                 static_cast<unsigned long long>(reinterpret_cast<std::uintptr_t>(address))));
 }
+
+// The chain that begins with a text: a format of its own, which goes to the caller.
+// clang-format off
+AStringFormat AString::arg(const AString& text) const { return std::move(AStringFormat(*this).arg(text)); }
+AStringFormat AString::arg(const char* utf8) const { return std::move(AStringFormat(*this).arg(utf8)); }
+AStringFormat AString::arg(const wchar_t* text) const { return std::move(AStringFormat(*this).arg(text)); }
+AStringFormat AString::arg(int value, int width, char fill) const { return std::move(AStringFormat(*this).arg(value, width, fill)); }
+AStringFormat AString::arg(unsigned value, int width, char fill) const { return std::move(AStringFormat(*this).arg(value, width, fill)); }
+AStringFormat AString::arg(long value, int width, char fill) const { return std::move(AStringFormat(*this).arg(value, width, fill)); }
+AStringFormat AString::arg(unsigned long value, int width, char fill) const { return std::move(AStringFormat(*this).arg(value, width, fill)); }
+AStringFormat AString::arg(long long value, int width, char fill) const { return std::move(AStringFormat(*this).arg(value, width, fill)); }
+AStringFormat AString::arg(unsigned long long value, int width, char fill) const { return std::move(AStringFormat(*this).arg(value, width, fill)); }
+AStringFormat AString::arg(const void* address) const { return std::move(AStringFormat(*this).arg(address)); }
+// clang-format on
 
 AStringFormat::operator AString() const
 {

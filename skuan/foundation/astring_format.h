@@ -6,7 +6,6 @@
 #include <skuan/foundation/astring_list.h>
 
 #include <string>
-#include <utility>
 
 /// A template on its way to becoming a text, which it turns into wherever a text is wanted. A place is a
 /// `%` with one or two digits behind it; with none, or with three and more, the `%` is plain text.
@@ -52,11 +51,3 @@ private:
 
     AList<Piece> pieces_;
 };
-
-template <typename... Value>
-AStringFormat AString::arg(Value&&... value) const
-{
-    AStringFormat format(*this);
-    format.arg(std::forward<Value>(value)...);
-    return format;
-}
