@@ -2,7 +2,8 @@
 #include <skuan/protocol/kvrp3_api_parser.h>
 
 #include <skuan/foundation/enum_string.h>
-#include <skuan/protocol/kvrp3_tree_p.h>
+#include <skuan/protocol/kvrp3_children_p.h>
+#include <skuan/protocol/kvrp3_tag_list_p.h>
 #include <skuan/protocol/message_numbers_p.h>
 
 namespace KVRP3 {
@@ -25,12 +26,10 @@ void APIParser::parse(const XMLTree& message)
     AString xid;
     if (is_reply) {
         AString error;
-        const XMLTree* element = find_element(message, name<"xid">(), &error);
-        if (!element) {
+        if (!Children<tag::xid>(message).read<tag::xid>(0, &xid, &error)) {
             store_error(AString(), error);
             return;
         }
-        xid = element->get_content();
     }
     int number;
     const EnumString& numbers = is_reply ? reply_numbers() : report_numbers();

@@ -47,17 +47,12 @@ struct Bool
     static bool read(const XMLTree& element, Value* value, AString* error);
 };
 
-/// True by being there, whatever it holds; `read` is for its presence in a list.
+/// True by being there, whatever it holds, so that there is nothing to read.
 struct Flag
 {
     using Value = bool;
 
     static XMLTree write(const AString& tag, Value) { return XMLTree(tag); }
-    static bool read(const XMLTree&, Value* value, AString*)
-    {
-        *value = true;
-        return true;
-    }
 };
 
 /// A plain decimal number.
@@ -197,12 +192,6 @@ struct Tag
 
     static const AString& tag() { return name<Text>(); }
     static XMLTree write(const Value& value) { return K::write(tag(), value); }
-    /// From the element itself or from the one that encloses it.
-    static bool read(const XMLTree& within, Value* value, AString* error)
-    {
-        const XMLTree* element = find_element(within, tag(), error);
-        return element && K::read(*element, value, error);
-    }
 };
 
 } // namespace KVRP3

@@ -1,26 +1,10 @@
-// The tag rule, and the words for what was wrong.
+// The walk over the children of an element, and the words for what was wrong with one.
 #include <skuan/protocol/kvrp3_tree_p.h>
 
 #include <skuan/foundation/astring_format.h>
 #include <skuan/protocol/kvrp3_children_p.h>
 
 namespace KVRP3 {
-
-const XMLTree* find_element(const XMLTree& within, const AString& tag, AString* error)
-{
-    if (within.has_tag(tag))
-        return &within;
-    const AString* const tags[] = {&tag};
-    Child child;
-    find_children(within, tags, 1, &child);
-    if (!child.is_there())
-        not_found(tag, within, error);
-    else if (child.twice)
-        found_twice(tag, within, error);
-    else
-        return child.element;
-    return nullptr;
-}
 
 void find_children(const XMLTree& within, const AString* const* tags, unsigned count, Child* found)
 {

@@ -1,5 +1,5 @@
-// Finding a tag in a message, and the words for what is wrong with one. Of every function here a null
-// `error` wants no text.
+// The tags of messages as shared strings, and the words for what is wrong with one. A null `error` wants
+// no text.
 #pragma once
 
 #include <skuan/markup/name_table.h>
@@ -25,10 +25,6 @@ const AString& name()
     static const AString& shared = skuan::tag_name(Text.text);
     return shared;
 }
-
-/// The element with this tag: `within` itself, or its only child of that tag. Null, with the reason in
-/// `error`, if there is no such child or more than one.
-const XMLTree* find_element(const XMLTree& within, const AString& tag, AString* error);
 
 // The failures; each gives false.
 
