@@ -1,16 +1,16 @@
 """Commands and callback groups as C++."""
 
 from cpp_messages import callback, moved, signal_values
-from cpp_values import type_of
 from layout import by_section, call, doc, fills, function, wrapped
 
 
-def constant(item, catalogue):
-    return f"const {type_of(item.tag, catalogue)}& {item.name}"
+def constant(item):
+    """A parameter, its type by the name of its tag."""
+    return f"const {item.tag.name}& {item.name}"
 
 
-def callbacks(command, catalogue):
-    return [f"{callback(reply, catalogue)} on_{reply.name}" for reply in command.group.replies]
+def callbacks(command):
+    return [f"{callback(reply)} on_{reply.name}" for reply in command.group.replies]
 
 
 def callback_names(command):
@@ -21,17 +21,17 @@ def slots(group):
     return ", ".join(f"&ReplySlots::{reply.name}" for reply in group.replies)
 
 
-def overloads(command, catalogue):
+def overloads(command):
     """Each set of arguments that a command can be called with, the complete one first, as a pair:
     parameters, and what a call of the complete one passes for them."""
-    required = [constant(item, catalogue) for item in command.required]
+    required = [constant(item) for item in command.required]
     passed = [item.name for item in command.required]
     optional = command.optional
-    flagged = [text for item in optional for text in (f"bool has_{item.name}", constant(item, catalogue))]
+    flagged = [text for item in optional for text in (f"bool has_{item.name}", constant(item))]
     flagged_names = [text for item in optional for text in (f"has_{item.name}", item.name)]
     yield required + flagged, passed + flagged_names
     for count in range(len(optional) + 1) if optional else ():
-        given = [constant(item, catalogue) for item in optional[:count]]
+        given = [constant(item) for item in optional[:count]]
         absent = [f"{item.tag.name}()" for item in optional]
         flags = [
             text
@@ -51,7 +51,7 @@ def builders(catalogue):
 
     def render(command):
         yield doc(command.meaning)
-        for parameters, _ in overloads(command, catalogue):
+        for parameters, _ in overloads(command):
             yield from call(f"void cmd_{command.name}", ["const AString& xid"] + parameters, ";")
         yield ""
 
@@ -68,7 +68,7 @@ def builder_definitions(catalogue):
         for item in command.optional:
             body.append(f"command.add_if<tag::{item.tag.name}>(has_{item.name}, {item.name});")
         body.append("send(std::move(command).with_xid(xid));")
-        (master, _), *shorter = overloads(command, catalogue)
+        (master, _), *shorter = overloads(command)
         yield from function(head, ["const AString& xid"] + master, body)
         for parameters, passed in shorter:
             short = call(f"cmd_{command.name}", ["xid"] + passed, ";")
@@ -78,11 +78,11 @@ def builder_definitions(catalogue):
 def command_declarations(catalogue, with_group):
     def render(command):
         yield doc(command.meaning)
-        for parameters, _ in overloads(command, catalogue):
-            yield from call(f"AString cmd_{command.name}", parameters + callbacks(command, catalogue), ";")
-        for parameters, _ in overloads(command, catalogue):
+        for parameters, _ in overloads(command):
+            yield from call(f"AString cmd_{command.name}", parameters + callbacks(command), ";")
+        for parameters, _ in overloads(command):
             yield from call(f"void cmd_{command.name}", parameters, ";")
-        for parameters, _ in overloads(command, catalogue) if with_group else ():
+        for parameters, _ in overloads(command) if with_group else ():
             group = f"const CallbackGroup_set{command.group.number}& group"
             yield from call(f"void cmd_{command.name}", parameters + [group], ";")
         yield ""
@@ -106,11 +106,11 @@ def qt_commands(catalogue):
 def command_definitions(catalogue):
     for command in catalogue.commands.values():
         name = f"cmd_{command.name}"
-        (master, passed), *shorter = overloads(command, catalogue)
+        (master, passed), *shorter = overloads(command)
         entering = f"pending_->enter<{slots(command.group)}>({', '.join(callback_names(command))});"
         yield from function(
             f"AString API::{name}",
-            master + callbacks(command, catalogue),
+            master + callbacks(command),
             wrapped("const AString xid =", entering)
             + call(f"APICommand::{name}", ["xid"] + passed, ";")
             + ["return xid;"],
@@ -118,11 +118,11 @@ def command_definitions(catalogue):
         for parameters, arguments in shorter:
             yield from function(
                 f"AString API::{name}",
-                parameters + callbacks(command, catalogue),
+                parameters + callbacks(command),
                 call(f"return {name}", arguments + callback_names(command), ";"),
             )
-        nothing = [f"{callback(reply, catalogue)}()" for reply in command.group.replies]
-        for parameters, arguments in overloads(command, catalogue):
+        nothing = [f"{callback(reply)}()" for reply in command.group.replies]
+        for parameters, arguments in overloads(command):
             yield from function(f"void API::{name}", parameters, call(name, arguments + nothing, ";"))
 
 
@@ -132,10 +132,10 @@ def qt_command_definitions(catalogue):
     for command in catalogue.commands.values():
         name = f"cmd_{command.name}"
         group = f"const CallbackGroup_set{command.group.number}& group"
-        for parameters, passed in overloads(command, catalogue):
+        for parameters, passed in overloads(command):
             arguments = names(parameters)
             with_callbacks = call(f"return impl_->{name}", arguments + callback_names(command), ";")
-            yield from function(f"AString APIQt::{name}", parameters + callbacks(command, catalogue), with_callbacks)
+            yield from function(f"AString APIQt::{name}", parameters + callbacks(command), with_callbacks)
             yield from function(f"void APIQt::{name}", parameters, call(f"impl_->{name}", arguments, ";"))
             with_group = call(f"impl_->APICommand::{name}", ["impl_->enter(group)"] + arguments, ";")
             yield from function(f"void APIQt::{name}", parameters + [group], with_group)

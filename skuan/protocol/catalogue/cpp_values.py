@@ -114,10 +114,10 @@ def record_type(record, catalogue):
         value_type = type_of(field.tag, catalogue)
         if field.optional:
             yield f"    bool has_{field.name} = false;"
-            by_value = field.tag.kind in SCALARS and field.tag.kind != "string" or field.tag.kind == "enum"
-            parameter = f"{value_type} value" if by_value else f"const {value_type}& value"
+            parameter = f"{value_type} value" if field.tag.is_plain else f"const {value_type}& value"
             setters.append(f"void set_{field.name}({parameter}) {{ has_{field.name} = true; {field.name} = value; }}")
-        yield f"    {value_type} {field.name}{{}}; ///< {cpp_meaning(field, field.tag)}"
+        default = "{}" if field.tag.is_plain else ""
+        yield f"    {value_type} {field.name}{default}; ///< {cpp_meaning(field, field.tag)}"
     if setters:
         yield ""
         yield from ("    " + setter for setter in setters)

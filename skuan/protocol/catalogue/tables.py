@@ -46,6 +46,11 @@ class Tag:
         """`ClipID` as a name for a parameter: `clip_id`."""
         return re.sub(r"(?<=[a-z0-9])(?=[A-Z])|(?<=[A-Z])(?=[A-Z][a-z])", "_", self.name).lower()
 
+    @property
+    def is_plain(self):
+        """Whether its value is of one of C++'s own types: cheap to copy, and without a default."""
+        return self.kind == "enum" or self.kind in SCALARS and self.kind != "string"
+
 
 @dataclass
 class Enumeration:
