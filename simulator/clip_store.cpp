@@ -144,6 +144,15 @@ QStringList ClipStore::directories_in(const QString& directory) const
     return found;
 }
 
+QStringList ClipStore::missing_directories(const QString& directory) const
+{
+    QStringList missing;
+    if (is_good_name(directory))
+        for (QString at = directory; !has_directory(at); at = directory_of(at))
+            missing.prepend(at);
+    return missing;
+}
+
 ClipStore::Outcome ClipStore::create_clip(const QString& clip, Clip made)
 {
     if (!is_good_name(clip))
@@ -212,10 +221,21 @@ ClipStore::Outcome ClipStore::rename_directory(const QString& from, const QStrin
     if (has_directory(to))
         return Outcome::Exists;
 
+    const auto is_meant = [&](const QString& name) { return name == from || name.startsWith(inside); };
+    const auto is_too_long = [&](const QString& name) {
+        return name.size() - from.size() + to.size() > longest_name;
+    };
+    for (const auto& directory : directories_)
+        if (is_meant(directory.first))
+            if (is_too_long(directory.first) ||
+                std::any_of(directory.second.begin(), directory.second.end(),
+                            [&](const auto& clip) { return is_too_long(clip.first); }))
+                return Outcome::BadName;
+
     const auto moved = [&](const QString& name) { return to + name.mid(from.size()); };
     const auto before = directories_;
     for (const auto& directory : before) {
-        if (directory.first != from && !directory.first.startsWith(inside))
+        if (!is_meant(directory.first))
             continue;
         make_directories(moved(directory.first));
         for (const auto& clip : directory.second)
@@ -234,8 +254,8 @@ bool ClipStore::is_good_name(const QString& name)
 
 void ClipStore::make_directories(const QString& directory)
 {
-    for (QString at = directory; !at.isEmpty() && directories_.count(at) == 0; at = directory_of(at))
-        directories_[at];
+    for (const QString& missing : missing_directories(directory))
+        directories_[missing];
 }
 
 } // namespace simulator

@@ -75,13 +75,18 @@ public:
     QStringList directories() const;
     QStringList directories_in(const QString& directory) const;
 
+    /// A directory and those above it, as far as they are not there yet: what else is made with what is
+    /// put into it. The outermost first; empty if the name can be none.
+    QStringList missing_directories(const QString& directory) const;
+
     /// Makes missing directories on the way, as do rename_clip and create_directory.
     Outcome create_clip(const QString& clip, Clip made = {});
     Outcome delete_clip(const QString& clip);
     Outcome rename_clip(const QString& from, const QString& to);
     Outcome create_directory(const QString& directory);
 
-    /// Takes everything in it along. A directory cannot move into itself: BadName.
+    /// Takes everything in it along. A directory cannot move into itself, and no name in it can become
+    /// too long: BadName.
     Outcome rename_directory(const QString& from, const QString& to);
 
 private:

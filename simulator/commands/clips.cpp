@@ -14,7 +14,41 @@ using Outcome = ClipStore::Outcome;
 
 namespace {
 
-constexpr qint64 entry_weight = 4096; // of a clip or directory with its name
+// Of a clip or directory with its name, and of what the server itself notes of a clip.
+constexpr qint64 entry_weight = 4096;
+
+// Of what clients note of a clip.
+qint64 weight(const Clip& clip)
+{
+    qint64 sum = 0;
+    for (const Element& attribute : clip.attributes)
+        if (!attribute.tag.endsWith(QLatin1String("Stamp")) && !attribute.tag.endsWith(QLatin1String("UUID")))
+            sum += weight(attribute);
+    return sum;
+}
+
+// Carries out `change`, which may be refused, if there is room for that many bytes.
+template <class Change>
+Refusal with_room(Call& call, qint64 bytes, Change change)
+{
+    if (!call.state.budget.take(bytes))
+        return no_room();
+    const Refusal refusal = change();
+    if (refusal)
+        call.state.budget.give(bytes);
+    return refusal;
+}
+
+void tell(Call& call, const char* report, const char* tag, const QStringList& names)
+{
+    for (const QString& name : names)
+        call.report(report, {{tag, name}});
+}
+
+void tell_created_directories(Call& call, const QStringList& names)
+{
+    tell(call, "directory_created", "DirectoryName", names);
+}
 
 // What a change of the store came to, as an answer.
 Refusal refusal_of(Outcome outcome, const char* kind, const QString& from, const QString& to)
@@ -69,14 +103,12 @@ void tell_disk_space(Call& call)
 
 Refusal create(Call& call, const QString& name, Clip clip)
 {
-    const qint64 taken = entry_weight + weight(clip.attributes);
-    if (!call.state.budget.take(taken))
-        return no_room();
-    if (Refusal refusal =
-            refusal_of(call.state.clips.create_clip(name, std::move(clip)), "clip", name, name)) {
-        call.state.budget.give(taken);
+    const QStringList made = call.state.clips.missing_directories(ClipStore::directory_of(name));
+    if (Refusal refusal = with_room(call, entry_weight * (1 + made.size()) + weight(clip), [&] {
+            return refusal_of(call.state.clips.create_clip(name, std::move(clip)), "clip", name, name);
+        }))
         return refusal;
-    }
+    tell_created_directories(call, made);
     call.report("clip_created", {{"ClipID", name}});
     tell_disk_space(call);
     return {};
@@ -130,7 +162,7 @@ Refusal delete_clip(Call& call)
     for (const auto why_not : {fixed, in_use})
         if (Refusal refusal = why_not(call, name))
             return refusal;
-    call.state.budget.give(entry_weight + weight(call.state.clips.clip(name)->attributes));
+    call.state.budget.give(entry_weight + weight(*call.state.clips.clip(name)));
     call.state.clips.delete_clip(name);
     call.report("clip_deleted", {{"ClipID", name}});
     tell_disk_space(call);
@@ -143,8 +175,12 @@ Refusal rename_clip(Call& call)
     for (const auto why_not : {fixed, in_use})
         if (Refusal refusal = why_not(call, from))
             return refusal;
-    if (Refusal refusal = refusal_of(call.state.clips.rename_clip(from, to), "clip", from, to))
+    const QStringList made = call.state.clips.missing_directories(ClipStore::directory_of(to));
+    if (Refusal refusal = with_room(call, entry_weight * made.size(), [&] {
+            return refusal_of(call.state.clips.rename_clip(from, to), "clip", from, to);
+        }))
         return refusal;
+    tell_created_directories(call, made);
     call.report("clip_deleted", {{"ClipID", from}});
     call.report("clip_created", {{"ClipID", to}});
     return {};
@@ -169,7 +205,7 @@ Refusal modify_clip_attributes(Call& call)
         static_cast<quint64>(changed.attribute("TrimStart").toUInt()) + changed.attribute("TrimEnd").toUInt();
     if (trims > clip.length)
         return refuse(QStringLiteral("the trims are longer than the clip %1").arg(quoted(name)));
-    if (!call.state.budget.take(weight(changed.attributes) - weight(clip.attributes)))
+    if (!call.state.budget.take(weight(changed) - weight(clip)))
         return no_room();
     clip = std::move(changed);
     stamp_clip(call.state, name, "MetaEditStamp");
@@ -238,25 +274,45 @@ Refusal download_directory_names(Call& call)
 Refusal create_directory(Call& call)
 {
     const QString name = call.text("DirectoryName");
-    if (!call.state.budget.take(entry_weight))
-        return no_room();
-    if (Refusal refusal = refusal_of(call.state.clips.create_directory(name), "directory", name, name)) {
-        call.state.budget.give(entry_weight);
+    const QStringList made = call.state.clips.missing_directories(name);
+    if (Refusal refusal = with_room(call, entry_weight * made.size(), [&] {
+            return refusal_of(call.state.clips.create_directory(name), "directory", name, name);
+        }))
         return refusal;
-    }
-    call.report("directory_created", {{"DirectoryName", name}});
+    tell_created_directories(call, made);
     return {};
 }
 
+// Everything in the directory gets another name, and is told of.
 Refusal rename_dir(Call& call)
 {
-    const QString from = call.text("FromDir"), to = call.text("ToDir");
-    if (Refusal refusal = in_use(call, from + QLatin1Char('/')))
+    const QString from = call.text("FromDir"), to = call.text("ToDir"), inside = from + QLatin1Char('/');
+    if (Refusal refusal = in_use(call, inside))
         return refusal;
-    if (Refusal refusal = refusal_of(call.state.clips.rename_directory(from, to), "directory", from, to))
+    const ClipStore& store = call.state.clips;
+    const auto those_inside = [&](const QStringList& names) {
+        QStringList found;
+        for (const QString& name : names)
+            if (name.startsWith(inside))
+                found.append(name);
+        return found;
+    };
+    const auto moved = [&](QStringList names) {
+        for (QString& name : names)
+            name.replace(0, from.size(), to);
+        return names;
+    };
+    const QStringList clips = those_inside(store.clips());
+    const QStringList directories = QStringList(from) + those_inside(store.directories());
+    const QStringList made = store.missing_directories(ClipStore::directory_of(to));
+    if (Refusal refusal = with_room(call, entry_weight * made.size(), [&] {
+            return refusal_of(call.state.clips.rename_directory(from, to), "directory", from, to);
+        }))
         return refusal;
-    call.report("directory_deleted", {{"DirectoryName", from}});
-    call.report("directory_created", {{"DirectoryName", to}});
+    tell(call, "directory_deleted", "DirectoryName", directories);
+    tell_created_directories(call, made + moved(directories));
+    tell(call, "clip_deleted", "ClipID", clips);
+    tell(call, "clip_created", "ClipID", moved(clips));
     return {};
 }
 

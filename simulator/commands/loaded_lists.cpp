@@ -90,6 +90,8 @@ Refusal load_list(Call& call)
         list.mode = call.text("ListPlayMode");
     if (call.has("Transition"))
         list.transition = child(call.arguments, "Transition");
+    if (loaded)
+        call.report(kind.cleared, {channel_tag(channel)});
     loaded = std::move(list);
     tell_all(kind, call, channel);
     return {};

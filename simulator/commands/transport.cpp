@@ -122,10 +122,11 @@ Refusal go_live(Call& call)
     const int channel = named_channels(call).front();
     if (Refusal refusal = unfit(call, channel, call.has("ClipID") ? Needs::Nothing : Needs::Clip))
         return refusal;
-    Cue cue = channel_at(call.state, channel).cue;
-    if (call.has("ClipID"))
-        if (Refusal refusal = make_cue(call.state, call.text("ClipID"), false, call.arguments, cue))
-            return refusal;
+    Cue cue;
+    if (!call.has("ClipID"))
+        cue = channel_at(call.state, channel).cue;
+    else if (Refusal refusal = make_cue(call.state, call.text("ClipID"), false, call.arguments, cue))
+        return refusal;
     cue.angle = call.number("Angle").value_or(cue.angle);
     cue.position = cue.length - std::min(cue.length, call.number("TimeDelay").value_or(0));
     load(call, channel, std::move(cue),
