@@ -76,7 +76,7 @@ void Audience::report(const char* name, const Fields& fields)
         const bool wanted = form->trigger == Trigger::Watch
                                 ? watches(*session, form->fields.front().tag->name, fields)
                                 : is_registered(*session, *form, channel);
-        if (!wanted)
+        if (!wanted || has_too_much(*session))
             continue;
         if (bytes.isEmpty()) {
             writer_.report(form->name, fields);
@@ -88,6 +88,8 @@ void Audience::report(const char* name, const Fields& fields)
 
 void Audience::report_to(Session& session, const char* name, const Fields& fields)
 {
+    if (has_too_much(session))
+        return;
     writer_.report(QLatin1String(name), fields);
     add(session, writer_.take());
 }
@@ -100,6 +102,11 @@ void Audience::deliver()
         waiting_.pop_back();
         session.send(std::exchange(session.outbox, {}));
     }
+}
+
+bool Audience::has_too_much(const Session& session) const
+{
+    return session.outbox.size() > most_;
 }
 
 void Audience::add(Session& session, const QByteArray& bytes)

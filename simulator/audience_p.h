@@ -15,6 +15,9 @@ struct Session;
 class Audience
 {
 public:
+    // Of a client for whom more than `most` bytes are gathered the rest is left out: it will be dropped.
+    explicit Audience(qint64 most) : most_(most), writer_(most) {}
+
     // The session stays where it is until leave().
     void join(Session& session);
     void leave(Session& session);
@@ -34,8 +37,10 @@ public:
     void deliver();
 
 private:
+    bool has_too_much(const Session& session) const;
     void add(Session& session, const QByteArray& bytes);
 
+    const qint64 most_;
     std::vector<Session*> sessions_;
     std::vector<Session*> waiting_; // those with something in the outbox
     MessageWriter writer_;

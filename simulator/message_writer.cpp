@@ -7,10 +7,12 @@ namespace {
 const QString line_end = QStringLiteral("\r\n");
 }
 
-MessageWriter::MessageWriter() : writer_(&text_) {}
+MessageWriter::MessageWriter(qint64 most) : most_(most), writer_(&text_) {}
 
 void MessageWriter::reply(const QString& xid, const char* name, const Fields& fields)
 {
+    if (is_full())
+        return;
     open(QStringLiteral("reply"));
     writer_.writeTextElement(QStringLiteral("xid"), xid);
     writer_.writeCharacters(line_end);
@@ -20,6 +22,8 @@ void MessageWriter::reply(const QString& xid, const char* name, const Fields& fi
 
 void MessageWriter::report(const QString& name, const Fields& fields)
 {
+    if (is_full())
+        return;
     open(QStringLiteral("report"));
     body(name, fields);
     close();
@@ -48,6 +52,8 @@ void MessageWriter::body(const QString& name, const Fields& fields)
 // As deep as the value is, and a value is as deep as the catalogue says.
 void MessageWriter::element(const Element& element)
 {
+    if (is_full())
+        return;
     if (!element.children.empty() || element.text.isEmpty())
         return body(element.tag, element.children);
     writer_.writeTextElement(element.tag, element.text);

@@ -33,7 +33,9 @@ private:
 class MessageWriter
 {
 public:
-    MessageWriter();
+    // Behind `most` bytes nothing more is written, not even to a message's end: the client for whom so much
+    // waits is dropped.
+    explicit MessageWriter(qint64 most);
 
     // A `reply` to the command of that xid.
     void reply(const QString& xid, const char* name, const Fields& fields = {});
@@ -49,7 +51,9 @@ private:
     void element(const Element& element);
     void open(const QString& tag);
     void close();
+    bool is_full() const { return text_.size() > most_; }
 
+    const qint64 most_;
     QString text_;
     QXmlStreamWriter writer_; // writes to text_
 };

@@ -12,7 +12,10 @@ namespace simulator {
 class Responder
 {
 public:
-    explicit Responder(const Settings& settings) : state_(settings) {}
+    explicit Responder(const Settings& settings)
+        : state_(settings), audience_(settings.max_backlog), answer_(settings.max_backlog)
+    {
+    }
 
     // A client comes, and goes: what it began is forgotten, what it held is given back.
     void join(Session& session) { audience_.join(session); }

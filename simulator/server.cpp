@@ -164,7 +164,7 @@ bool Server::send_report(const QString& name, std::vector<Element> fields, QStri
         *error = objection;
     if (!objection.isEmpty())
         return false;
-    MessageWriter writer;
+    MessageWriter writer(d->settings.max_backlog);
     writer.report(name, report.children);
     send_raw(writer.take());
     return true;

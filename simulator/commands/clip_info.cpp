@@ -6,6 +6,8 @@
 #include <simulator/commands/machine_p.h>
 #include <simulator/reading_p.h>
 
+#include <QSet>
+
 #include <algorithm>
 
 namespace simulator {
@@ -28,23 +30,27 @@ const Element& default_tracks()
     return tracks;
 }
 
+// Of several entries with one key the last counts, unless the key is to go. Lists may be long, so each entry
+// is looked at once.
 void change_metadata(Element& info, const Element& change)
 {
-    Element list = child(info, "MetadataList");
-    list.tag = QStringLiteral("MetadataList");
-    const auto forget = [&](const QString& key) {
-        auto& entries = list.children;
-        entries.erase(std::remove_if(entries.begin(), entries.end(),
-                                     [&](const Element& entry) { return text(entry, "Key") == key; }),
-                      entries.end());
-    };
-    for (const Element& entry : child(change, "MetadataList").children) {
-        forget(text(entry, "Key"));
-        list.children.push_back(entry);
-    }
+    std::vector<Element> entries = child(info, "MetadataList").children;
+    const auto& more = child(change, "MetadataList").children;
+    entries.insert(entries.end(), more.begin(), more.end());
+
+    QSet<QString> done;
     for (const Element& key : child(change, "KeyList").children)
-        forget(key.text);
-    info.set(std::move(list));
+        done.insert(key.text);
+    std::vector<Element> kept; // from the last to the first
+    for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
+        const QString key = text(*entry, "Key");
+        if (done.contains(key))
+            continue;
+        done.insert(key);
+        kept.push_back(std::move(*entry));
+    }
+    std::reverse(kept.begin(), kept.end());
+    info.set({"MetadataList", std::move(kept)});
 }
 
 // A change that names no type is one of the track in its place.

@@ -9,14 +9,15 @@ namespace simulator {
 
 namespace {
 
-// The names of the classes, as a single one or as a set.
-std::vector<QString> named_classes(const Call& call, const char* single, const char* set)
+// The names of the classes, as a single one or as a set, each once.
+QStringList named_classes(const Call& call, const char* single, const char* set)
 {
-    std::vector<QString> names;
+    QStringList names;
     if (call.has(single))
-        names.push_back(call.text(single));
+        names.append(call.text(single));
     for (const Element& member : child(call.arguments, set).children)
-        names.push_back(member.text);
+        names.append(member.text);
+    names.removeDuplicates();
     return names;
 }
 

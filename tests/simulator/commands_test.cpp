@@ -210,4 +210,33 @@ TEST_F(CommandsTest, WhatHasNoRoomIsRefused)
     }
 }
 
+// What one command brings may be far more than what it takes to send it.
+TEST_F(CommandsTest, WhoAsksForMoreThanMayWaitIsDropped)
+{
+    simulator::Settings settings;
+    settings.max_backlog = 100'000;
+    const Station station(settings);
+    PlainClient author(station);
+    const QByteArray element = "<list_save_element><ListElement><ContentID><ClipID>" +
+                               QByteArray("&quot;").repeated(10'000) +
+                               "</ClipID></ContentID></ListElement></list_save_element>";
+    for (const QByteArray& command :
+         {QByteArray("<list_save_start><ListID>l</ListID></list_save_start>"), element, element,
+          QByteArray("<list_save_end/>"),
+          QByteArray("<list_load><Channel>A</Channel><ListID>l</ListID></list_load>")})
+        ASSERT_TRUE(author.ask(cmd("1", command)).contains("<ok/>"));
+
+    const QByteArray greedy[] = {
+        "<download_list><ListID>l</ListID></download_list>",
+        "<channel_report_register><Channel>A</Channel><ChannelReportType>listplay</ChannelReportType>"
+        "</channel_report_register>"};
+    for (const QByteArray& command : greedy) {
+        const quint64 dropped = station->counters().overrun;
+        PlainClient client(station);
+        client.send(cmd("1", command));
+        EXPECT_TRUE(wait_until([&] { return station->counters().overrun > dropped; })) << command.constData();
+    }
+    EXPECT_TRUE(author.ask(cmd("1", "<sync/>")).contains("<ok/>"));
+}
+
 } // namespace
