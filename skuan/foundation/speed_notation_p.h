@@ -11,7 +11,7 @@ enum class SpeedLetter {
     optional, ///< it is so only if it is too large for a multiple of normal play
 };
 
-/// See AString::to_speed.
+/// See AString::to_speed. Exported for tests alone.
 SKUAN_EXPORT bool read_speed(const AString& text, SpeedLetter letter, int* out);
 
 } // namespace skuan

@@ -29,10 +29,6 @@ def field(entry):
     return {"tag": entry.tag.name, "optional": entry.optional, "name": entry.name, "meaning": entry.meaning}
 
 
-def without_error(group):
-    return [reply.name for reply in group.replies[:-1]]
-
-
 def as_data(catalogue):
     return {
         "protocol": "KVRP3",
@@ -59,7 +55,7 @@ def as_data(catalogue):
                 "name": c.name,
                 "section": c.section,
                 "arguments": items(c.items),
-                "replies": without_error(c.group),
+                "replies": [reply.name for reply in c.group.without_error],
                 "group": c.group.number,
                 "meaning": c.meaning,
             }

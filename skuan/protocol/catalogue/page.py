@@ -28,9 +28,9 @@ def tags(items):
     return ", ".join(f"\\[{text}\\]" if item.optional else text for item, text in zip(items, links))
 
 
-def without_error(group):
+def in_order(group):
     """What a command may get beside `error`, in the order in which it comes."""
-    return sorted(group.replies[:-1], key=lambda reply: reply.ends)
+    return sorted(group.without_error, key=lambda reply: reply.ends)
 
 
 def own_meanings(record):
@@ -74,7 +74,7 @@ def page_containers(catalogue):
 
 def short_replies(group):
     """Their names alone, with the group's number to find the rest by."""
-    names = ", ".join(f"`{reply.name}`" + ("" if reply.ends else "…") for reply in without_error(group))
+    names = ", ".join(f"`{reply.name}`" + ("" if reply.ends else "…") for reply in in_order(group))
     return f"{names} ([{group.number}](#group-{group.number}))"
 
 
@@ -123,5 +123,5 @@ def page_groups(catalogue):
     for group in catalogue.groups.values():
         commands = [command.name for command in catalogue.commands.values() if command.group is group]
         names = f"{len(commands)} of them" if len(commands) > 3 else ", ".join(link("command", name) for name in commands)
-        replies = ", ".join(link("reply", reply.name) for reply in without_error(group))
+        replies = ", ".join(link("reply", reply.name) for reply in in_order(group))
         yield row(f'<a id="group-{group.number}"></a>{group.number}', replies, names, group.meaning)

@@ -105,6 +105,10 @@ class Group:
     replies: list
     meaning: str
 
+    @property
+    def without_error(self):
+        return self.replies[:-1]
+
 
 @dataclass
 class Command:
