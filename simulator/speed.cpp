@@ -26,7 +26,7 @@ QString speed_text(qint32 speed)
 
 std::optional<qint32> to_speed(const QString& text)
 {
-    const bool marked = text.endsWith(QLatin1Char('X'), Qt::CaseInsensitive);
+    const bool marked = text.endsWith(QLatin1Char('X'));
     const QString number = marked ? text.left(text.size() - 1) : text;
     const int sign = number.startsWith(QLatin1Char('-')) || number.startsWith(QLatin1Char('+')) ? 1 : 0;
     const auto points = number.count(QLatin1Char('.'));

@@ -65,7 +65,10 @@ bool read_speed(const AString& text, SpeedLetter letter, int* out)
         return false;
     if (number.take_last('X'))
         return read_multiple(number, out);
-    return (letter == SpeedLetter::optional && read_multiple(number, out)) || read_raw(text, out);
+    // A point or sign alone is no speed; 0 would stop a channel that is on air.
+    const bool has_digit = std::any_of(number.begin(), number.end(), [](AChar c) { return c.is_digit(); });
+    return (letter == SpeedLetter::optional && has_digit && read_multiple(number, out)) ||
+           read_raw(text, out);
 }
 
 } // namespace skuan

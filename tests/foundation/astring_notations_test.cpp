@@ -49,6 +49,7 @@ TEST(Speed, is_read_by_the_letter_or_raw_and_on_the_wire_by_its_size)
         {"0.49999999999999999999999999X", 32767, 32767},
         {"X", 0, 0},
         {" ", {}, {}},
+        {"-.", {}, {}},
     };
     for (const auto& [text, told, wire] : rows) {
         int read = 42;

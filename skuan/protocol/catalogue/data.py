@@ -4,7 +4,7 @@ import json
 
 from layout import fills
 
-PORT = 8913  # as in server_port_p.h
+PORT = 8913
 
 
 def items(message_items):
@@ -66,6 +66,11 @@ def as_data(catalogue):
             for g in catalogue.groups.values()
         ],
     }
+
+
+@fills
+def server_port(_):
+    yield f"inline constexpr std::uint16_t server_port = {PORT};"
 
 
 @fills
