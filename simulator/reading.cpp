@@ -52,14 +52,17 @@ bool read_int(QString& text)
     return fits;
 }
 
-// Any number will do, as it does for every reader of the protocol.
+// Any number of 64 bits will do, as it does for every reader of the protocol.
 bool read_bool(QString& text)
 {
     if (text == QLatin1String("true") || text == QLatin1String("false"))
         return true;
-    const bool good = read_int(text);
-    text = text == QLatin1String("0") ? QStringLiteral("false") : QStringLiteral("true");
-    return good;
+    bool fits = false;
+    bool is_set = is_decimal(text, true) && text.toLongLong(&fits) != 0;
+    if (!fits)
+        is_set = is_decimal(text, true) && text.toULongLong(&fits) != 0;
+    text = is_set ? QStringLiteral("true") : QStringLiteral("false");
+    return fits;
 }
 
 bool read_speed(QString& text)

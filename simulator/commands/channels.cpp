@@ -14,11 +14,6 @@ namespace {
 
 using Row = std::vector<Element>;
 
-Element channel_tag(int channel)
-{
-    return {"Channel", channel_name(channel)};
-}
-
 Row status(ServerState& state, int channel)
 {
     const Channel& at = channel_at(state, channel);
@@ -105,6 +100,11 @@ std::optional<quint32> within(const std::optional<quint32>& position, quint32 le
 QString channel_name(int channel)
 {
     return QString(QChar(static_cast<char16_t>(u'A' + channel)));
+}
+
+Element channel_tag(int channel)
+{
+    return {"Channel", channel_name(channel)};
 }
 
 Channel& channel_at(ServerState& state, int channel)

@@ -45,6 +45,7 @@ struct Channel
 };
 
 QString channel_name(int channel);
+Element channel_tag(int channel);
 Channel& channel_at(ServerState& state, int channel);
 
 // The channels that a command names, each once and in its order.

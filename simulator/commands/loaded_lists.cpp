@@ -12,11 +12,6 @@ namespace {
 
 constexpr std::size_t most_picked = 65536;
 
-Element channel_tag(int channel)
-{
-    return {"Channel", channel_name(channel)};
-}
-
 Element index_tag(const ListKind& kind, std::size_t index)
 {
     return {kind.index, decimal(index)};
