@@ -50,7 +50,8 @@ QString all_commands()
     QString text =
         QStringLiteral("usage: skuanctl [OPTION...] call COMMAND [TAG=VALUE...]\n"
                        "Sends one command and prints its replies. call COMMAND --help tells what one\n"
-                       "of them takes.\n") +
+                       "of them takes. Each call is a connection of its own: commands that belong\n"
+                       "together, as those that save a list, go through raw in one run.\n") +
         about_arguments;
     QString section;
     for (const Command& command : catalogue().commands) {

@@ -61,7 +61,12 @@ bool Dialogue::take(const XMLTree& message)
 void Dialogue::take_reply(const AString& xid, const XMLTree& body)
 {
     const auto command = unanswered_.find(xid);
-    if (command == unanswered_.end() || !ends_command(body))
+    if (command == unanswered_.end()) {
+        if (xid.empty() && body.has_tag_z("error")) // of bytes that the server cannot read; it hangs up next
+            on_error_reply(body);
+        return;
+    }
+    if (!ends_command(body))
         return;
     unanswered_.erase(command);
     if (body.has_tag_z("error")) {

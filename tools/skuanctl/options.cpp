@@ -118,6 +118,8 @@ Options parse_options(const QStringList& arguments)
     options.json = arguments.mid(0, arguments.indexOf(QLatin1String("--"))).contains(QLatin1String("--json"));
     if (!parser.parse(arguments)) {
         options.error = parser.errorText();
+        if (options.error.endsWith(QLatin1Char('.'))) // the sentence goes on
+            options.error.chop(1);
         return options;
     }
     for (const OptionRow& row : option_rows()) {
