@@ -155,7 +155,6 @@ TEST_F(Skuanctl, TellsHowAConversationFailed)
         {{}, {"clips", "nowhere"}, 1, "server_error", "the server answered: no such directory"},
         {{}, {"call", "download_clipids", "DirectoryName=nowhere"}, 1, "server_error", "no such directory"},
         {{}, {"raw", "<cmd><xid>1</xid><zap></zap></cmd>", ask_name}, 1, "", ""},
-        {{}, {"call", "userdict_set", "Key=a\x01", "Value="}, 1, "server_error", "its bytes are no messages"},
         {Faults{.mute = true}, {"name"}, 4, "timed_out", "gave no answer within 0.3 s"},
         {Faults{.mute = true}, {"raw", ask_name}, 4, "timed_out", "no answer"},
         {Faults{.refuse = true}, {"name"}, 5, "connection_lost", "lost the connection"},
