@@ -205,14 +205,13 @@ def calls(command, known):
 
 def changes():
     """Each record, and the ways in which another one can differ from it."""
-    yield "template <typename F>"
-    yield "void for_each_record(F check)"
-    yield "{"
     for name in CATALOGUE.records:
         tag = CATALOGUE.tags[name]
-        kind = f"KVRP3::{name}"
         one = {field.tag.name: base(field.tag) for field in fields(tag)}
-        yield f"    check.template operator()<{kind}>({record(tag, one).cpp}, {{"
+        yield "template <typename F>"
+        yield f"void check_{name}(F check)"
+        yield "{"
+        yield f"    check.template operator()<KVRP3::{name}>({record(tag, one).cpp}, {{"
         for field in fields(tag):
             other = "false" if field.tag.kind == "flag" else base(field.tag).cpp
             if other == one[field.tag.name].cpp:
@@ -221,6 +220,11 @@ def changes():
             if field.optional:
                 yield f"        [](auto& v) {{ v.has_{field.name} = false; }},"
         yield "    });"
+        yield "}"
+    yield "template <typename F>"
+    yield "void for_each_record(F check)"
+    yield "{"
+    yield from (f"    check_{name}(check);" for name in CATALOGUE.records)
     yield "}"
 
 

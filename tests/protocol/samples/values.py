@@ -116,7 +116,7 @@ def is_loose(item):
 def record(tag, children):
     """The record with the fields that `children` has, a dictionary by tag."""
     name = tag.variable  # each its own, as records hold records
-    cpp = [f"[] {{ KVRP3::{tag.name} {name};"]
+    cpp = [f"APART {{ KVRP3::{tag.name} {name};"]
     for item in fields(tag):
         if item.tag.name in children:
             value = children[item.tag.name].cpp
