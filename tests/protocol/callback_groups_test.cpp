@@ -208,8 +208,7 @@ TEST_F(CallbackGroups, may_go_in_the_midst_of_a_stream)
     using Group = KVRP3::CallbackGroup_set2;
     std::thread other;
     const std::function<void(Group*)> ends[] = {
-        [](Group* group) { delete group; },
-        [](Group* group) { group->deleteLater(); },
+        [](Group* group) { delete group; }, [](Group* group) { group->deleteLater(); },
         [&other](Group* group) { other = std::thread([group] { delete group; }); }, // once the slot has ended
     };
     for (const auto& end : ends) {
