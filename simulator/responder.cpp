@@ -26,8 +26,9 @@ const Known* known_command(const QString& name)
         for (const auto family :
              {registration_commands, transport_commands, ownership_commands, clip_commands,
               play_list_commands, chase_list_commands, loaded_play_list_commands, loaded_chase_list_commands,
-              vclip_commands, export_commands, metadata_commands, userdict_commands, configuration_commands,
-              machine_commands, logging_commands})
+              list_reordering_commands, list_playout_commands, vclip_commands, export_commands,
+              metadata_commands, userdict_commands, configuration_commands, machine_commands,
+              logging_commands})
             for (const CommandRow& row : family())
                 if (const CommandForm* form = Catalogue::get().command(QLatin1String(row.name)))
                     made.insert(form->name, {form, row.run});

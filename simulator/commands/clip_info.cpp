@@ -30,6 +30,35 @@ const Element& default_tracks()
     return tracks;
 }
 
+std::vector<Element> what_all_have(const QString& id, const Clip& clip, const QString& standard)
+{
+    return {
+        {"ClipID", id},
+        {"VideoStandard", standard},
+        default_tracks(),
+        {"Title", QString()},
+        {"Creator", QString()},
+        {"Project", QString()},
+        {"Playback", "auto"},
+        {"Interp", "auto"},
+        {"Loop", "off"},
+        {"LoopOut", decimal(clip.played_length())},
+        {"LoopIn", decimal(0)},
+        {"ClipLength", decimal(clip.played_length())},
+        {"TimecodeSource", "zerobased"},
+        {"StripeTimecode", no_timecode()},
+        {"ReadOnly", truth(false)},
+        {"SpecialClipType", "normal"},
+        {"CompressionBitrate", decimal(bitrate)},
+        {"TrimStart", decimal(0)},
+        {"TrimEnd", decimal(0)},
+        {"ClipLengthUntrimmed", decimal(clip.length)},
+        {"CompressionType", "avci"},
+        {"ClipUUID", ClipStore::uuid_of(id)},
+        {"ClipFileType", "mxf"},
+    };
+}
+
 // Of several entries with one key the last counts, unless the key is to go. Lists may be long, so each entry
 // is looked at once.
 void change_metadata(Element& info, const Element& change)
@@ -73,31 +102,7 @@ void change_tracks(Element& info, const Element& change)
 
 Element clip_info(const QString& id, const Clip& clip, const QString& standard)
 {
-    Element info(QStringLiteral("ClipInfo"), {
-                                                 {"ClipID", id},
-                                                 {"VideoStandard", standard},
-                                                 default_tracks(),
-                                                 {"Title", QString()},
-                                                 {"Creator", QString()},
-                                                 {"Project", QString()},
-                                                 {"Playback", "auto"},
-                                                 {"Interp", "auto"},
-                                                 {"Loop", "off"},
-                                                 {"LoopOut", decimal(clip.played_length())},
-                                                 {"LoopIn", decimal(0)},
-                                                 {"ClipLength", decimal(clip.played_length())},
-                                                 {"TimecodeSource", "zerobased"},
-                                                 {"StripeTimecode", no_timecode()},
-                                                 {"ReadOnly", truth(false)},
-                                                 {"SpecialClipType", "normal"},
-                                                 {"CompressionBitrate", decimal(bitrate)},
-                                                 {"TrimStart", decimal(0)},
-                                                 {"TrimEnd", decimal(0)},
-                                                 {"ClipLengthUntrimmed", decimal(clip.length)},
-                                                 {"CompressionType", "avci"},
-                                                 {"ClipUUID", ClipStore::uuid_of(id)},
-                                                 {"ClipFileType", "mxf"},
-                                             });
+    Element info(QStringLiteral("ClipInfo"), what_all_have(id, clip, standard));
     for (const Element& attribute : clip.attributes)
         info.set(attribute);
     read(*Catalogue::get().tag(info.tag)->record, info);

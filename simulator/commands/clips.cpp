@@ -95,6 +95,16 @@ Refusal fixed(const Call& call, const QString& name)
                : Refusal();
 }
 
+// Why a clip in a directory, `inside` with a slash, cannot be changed.
+Refusal fixed_inside(const Call& call, const QString& inside)
+{
+    for (const QString& name : call.state.clips.clips())
+        if (name.startsWith(inside))
+            if (Refusal refusal = fixed(call, name))
+                return refusal;
+    return {};
+}
+
 void tell_disk_space(Call& call)
 {
     if (call.audience.listens_to("disk_space_changed"))
@@ -287,8 +297,9 @@ Refusal create_directory(Call& call)
 Refusal rename_dir(Call& call)
 {
     const QString from = call.text("FromDir"), to = call.text("ToDir"), inside = from + QLatin1Char('/');
-    if (Refusal refusal = in_use(call, inside))
-        return refusal;
+    for (const auto why_not : {fixed_inside, in_use})
+        if (Refusal refusal = why_not(call, inside))
+            return refusal;
     const ClipStore& store = call.state.clips;
     const auto those_inside = [&](const QStringList& names) {
         QStringList found;

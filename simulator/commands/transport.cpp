@@ -190,19 +190,21 @@ Refusal set_loop(Call& call)
     return on_channels(call, Needs::Clip, [&](Channel& channel) { channel.cue.loop = call.text("Loop"); });
 }
 
-// Sets a point of the cue from the argument of that tag, or clears it where there is none.
-template <std::optional<quint32> Cue::*point>
+constexpr char loop_in[] = "LoopIn", loop_out[] = "LoopOut", clip_position[] = "ClipPosition";
+
+// Sets a point of the cue to the argument of that tag.
+template <std::optional<quint32> Cue::*point, const char* tag>
 Refusal set_point(Call& call)
 {
-    std::optional<quint32> position;
-    for (const char* tag : {"LoopIn", "LoopOut", "ClipPosition"})
-        if (call.has(tag))
-            position = call.number(tag);
     return on_channels(call, Needs::Clip, [&](Channel& channel) {
-        channel.cue.*point = position;
-        if (position)
-            channel.cue.*point = std::min(*position, channel.cue.length);
+        channel.cue.*point = std::min(call.required_number(tag), channel.cue.length);
     });
+}
+
+template <std::optional<quint32> Cue::*point>
+Refusal clear_point(Call& call)
+{
+    return on_channels(call, Needs::Clip, [](Channel& channel) { (channel.cue.*point).reset(); });
 }
 
 Refusal iso_angle(Call& call)
@@ -258,12 +260,12 @@ CommandRows transport_commands()
         {"precue_activate", precue_activate},
         {"precue_clear", precue_clear},
         {"set_loop", set_loop},
-        {"set_loop_in", set_point<&Cue::loop_in>},
-        {"set_loop_out", set_point<&Cue::loop_out>},
-        {"clear_loop_in", set_point<&Cue::loop_in>},
-        {"clear_loop_out", set_point<&Cue::loop_out>},
-        {"set_out_point", set_point<&Cue::out_point>},
-        {"clear_out_point", set_point<&Cue::out_point>},
+        {"set_loop_in", set_point<&Cue::loop_in, loop_in>},
+        {"set_loop_out", set_point<&Cue::loop_out, loop_out>},
+        {"clear_loop_in", clear_point<&Cue::loop_in>},
+        {"clear_loop_out", clear_point<&Cue::loop_out>},
+        {"set_out_point", set_point<&Cue::out_point, clip_position>},
+        {"clear_out_point", clear_point<&Cue::out_point>},
         {"iso_angle", iso_angle},
         {"ee", ee},
         {"insert_edit", insert_edit},

@@ -175,6 +175,17 @@ TEST_F(CommandsTest, EveryReportIsSentOnRequest)
     EXPECT_EQ(why, "Speed cannot be \"fast\"");
 }
 
+TEST_F(CommandsTest, ReadOnlyClipsKeepTheirNames)
+{
+    const Station station;
+    PlainClient client(station);
+    for (const char* command :
+         {"<rename_clip><FromID>archive/1987/opening_ceremony</FromID><ToID>a</ToID></rename_clip>",
+          "<rename_dir><FromDir>archive/1987</FromDir><ToDir>a</ToDir></rename_dir>",
+          "<rename_dir><FromDir>archive</FromDir><ToDir>a</ToDir></rename_dir>"})
+        EXPECT_TRUE(client.ask(cmd("1", command)).contains("opening_ceremony&quot; is read-only")) << command;
+}
+
 // Whatever clients store, each in its own way, the server keeps within its bounds and goes on.
 TEST_F(CommandsTest, WhatHasNoRoomIsRefused)
 {

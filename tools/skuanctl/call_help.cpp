@@ -10,7 +10,7 @@ namespace {
 
 const char* const about_arguments =
     "\nArguments:\n"
-    "  ClipID=news/x                     a value, taken as it stands behind the first =\n"
+    "  ClipID=bars_and_tone              a value, taken as it stands behind the first =\n"
     "  MinLatency                        a flag; MinLatency=true says the same\n"
     "  ListElement.ContentID.ClipID=x    a part of a record\n"
     "  ChannelSet=A,B                    members that have names\n"

@@ -36,9 +36,9 @@ QString general_help()
         "backslash as \\\\. Elsewhere names are written as they are, in UTF-8; a name may hold\n"
         "a line break, so a script that must be sure reads --json.\n"
         "\nExamples:\n"
-        "  skuanctl --host studio-1 clips News\n"
+        "  skuanctl --host studio-1 clips news\n"
         "  skuanctl --json clips | jq -r .clip\n"
-        "  skuanctl call cue_clip Channel=A ClipID=news/x Loop=loop\n"
+        "  skuanctl call cue_clip Channel=A ClipID=bars_and_tone Loop=loop\n"
         "  skuanctl --json reports A,B:status clip_change\n"
         "  skuanctl raw '<cmd><xid>1</xid><get_computer_name></get_computer_name></cmd>'\n"
         "  skuanctl --listen 60 raw < register.xml\n");
