@@ -13,10 +13,9 @@ namespace {
 bool watches(const Session& session, const QString& first, const Fields& fields)
 {
     if (first == QLatin1String("Key"))
-        return session.watched_keys.count(fields.begin()->text) != 0;
-    const auto database = session.watched_metadata.find(fields.begin()->text);
-    return database != session.watched_metadata.end() &&
-           database->second.count((fields.begin() + 1)->text) != 0;
+        return session.watched_keys.find(fields.begin()->text) != nullptr;
+    const auto* prefixes = session.watched_metadata.find(fields.begin()->text);
+    return prefixes && prefixes->count((fields.begin() + 1)->text) != 0;
 }
 
 bool is_registered(const Session& session, const ReportForm& form, int channel)
@@ -56,11 +55,9 @@ bool Audience::listens_to(const char* report, int channel) const
 std::set<QString> Audience::watched_prefixes(const QString& database) const
 {
     std::set<QString> prefixes;
-    for (const Session* session : sessions_) {
-        const auto watched = session->watched_metadata.find(database);
-        if (watched != session->watched_metadata.end())
-            prefixes.insert(watched->second.begin(), watched->second.end());
-    }
+    for (const Session* session : sessions_)
+        if (const auto* watched = session->watched_metadata.find(database))
+            prefixes.insert(watched->begin(), watched->end());
     return prefixes;
 }
 

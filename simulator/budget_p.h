@@ -4,6 +4,7 @@
 #include <simulator/element.h>
 
 #include <map>
+#include <set>
 #include <utility>
 
 namespace simulator {
@@ -24,6 +25,22 @@ qint64 weight(const std::vector<Item>& items)
 inline qint64 weight(const Element& element)
 {
     return 64 + weight(element.text) + weight(element.children);
+}
+inline qint64 weight(const std::set<QString>& names)
+{
+    qint64 sum = 0;
+    for (const QString& name : names)
+        sum += 64 + weight(name);
+    return sum;
+}
+
+// The value of a name that stands for itself.
+struct Nothing
+{
+};
+inline qint64 weight(Nothing)
+{
+    return 0;
 }
 
 // What is left of the server's memory for state. One thread.
@@ -53,7 +70,7 @@ class Share
 {
 public:
     explicit Share(Budget& budget) : budget_(&budget) {}
-    ~Share() { budget_->give(bytes_); }
+    ~Share() { release(); }
     Share(Share&& other) noexcept : budget_(other.budget_), bytes_(std::exchange(other.bytes_, 0)) {}
     Share& operator=(Share&& other) noexcept
     {
@@ -69,6 +86,7 @@ public:
         bytes_ += taken ? bytes : 0;
         return taken;
     }
+    void release() { budget_->give(std::exchange(bytes_, 0)); }
 
 private:
     Budget* budget_;
@@ -110,6 +128,13 @@ public:
         share_.grow(-entry_weight(name) - weight(at->second));
         values_.erase(at);
         return true;
+    }
+
+    // Empties the shelf, and gives back what it took.
+    std::map<QString, Value> take_all()
+    {
+        share_.release();
+        return std::exchange(values_, {});
     }
 
     bool is_empty() const { return values_.empty(); }

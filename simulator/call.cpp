@@ -13,13 +13,6 @@ Refusal no_room()
     return refuse(QStringLiteral("the server has no room for more"));
 }
 
-Refusal too_long(const QString& name)
-{
-    constexpr int longest = 1000;
-    return name.size() > longest ? refuse(QStringLiteral("the name %1... is too long").arg(quoted(name)))
-                                 : Refusal();
-}
-
 bool has(const Element& element, const char* tag)
 {
     return element.child(QLatin1String(tag)) != nullptr;

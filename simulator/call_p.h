@@ -28,9 +28,6 @@ inline Refusal refuse(const QString& text)
 Refusal no_such_clip(const QString& clip);
 Refusal no_room();
 
-// Names that are kept for a client, beyond the budget of what is stored, have at most 1000 characters.
-Refusal too_long(const QString& name);
-
 // What stands in an element that the catalogue has approved.
 bool has(const Element& element, const char* tag);
 QString text(const Element& element, const char* tag);

@@ -19,6 +19,7 @@ Connection::Connection(quint64 id, QTcpSocket* socket, const Shared& shared, QOb
       faults_revision_(shared.faults.revision() - 1),
       random_(shared.faults.of(id).seed + static_cast<unsigned>(id)),
       reader_(shared.settings.max_message),
+      session_(shared.responder.budget()),
       wire_(*socket, shared.settings.max_backlog),
       flood_(wire_),
       queue_([this](const AnswerQueue::Batch& batch) { deliver(batch); }, static_cast<unsigned>(random_()))

@@ -97,9 +97,6 @@ void Responder::answer(const QString& xid, Element& command, Session& session)
 void Responder::leave(Session& session)
 {
     audience_.leave(session);
-    session.play_list_draft.reset();
-    session.chase_list_draft.reset();
-    session.export_draft.reset();
     return_channels(state_, session, audience_);
     leave_legacy(state_, session, audience_);
     audience_.deliver();

@@ -17,7 +17,11 @@ public:
     {
     }
 
-    // A client comes, and goes: what it began is forgotten, what it held is given back.
+    // What sessions take from, and give back when they end.
+    Budget& budget() { return state_.budget; }
+
+    // A client comes, and goes: what it had to itself is given back, what it owned gets its last value. What
+    // it began ends with the session.
     void join(Session& session) { audience_.join(session); }
     void leave(Session& session);
 

@@ -92,8 +92,8 @@ Server::Server(Settings settings, QObject* parent)
 
 Server::~Server()
 {
-    for (const auto& client : d->clients)
-        delete client.second;
+    // Those that are over and still to be deleted, too: they use what belongs to the server.
+    qDeleteAll(findChildren<Connection*>());
 }
 
 bool Server::listen()

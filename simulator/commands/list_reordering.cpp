@@ -8,13 +8,11 @@ namespace simulator {
 
 namespace {
 
-constexpr std::size_t most_picked = 65536;
-
 template <const ListKind& kind>
 Refusal reorder_start(Call& call)
 {
     return on_loaded(kind, call, [&](int channel, LoadedList&) -> Refusal {
-        call.session.*kind.reordering = Reordering{channel, {}};
+        call.session.*kind.reordering = Reordering{channel, {}, Share(call.state.budget)};
         return {};
     });
 }
@@ -30,7 +28,7 @@ Refusal reorder_item(Call& call)
     auto& reordering = call.session.*kind.reordering;
     if (!reordering)
         return not_reordering(kind);
-    if (reordering->picked.size() == most_picked)
+    if (!reordering->share.grow(sizeof(quint32)))
         return no_room();
     reordering->picked.push_back(call.required_number(kind.index));
     return {};

@@ -25,6 +25,7 @@ struct Reordering
 {
     int channel = 0;
     std::vector<quint32> picked;
+    Share share;
 };
 
 // A copy of a saved list, at a channel's disposal.

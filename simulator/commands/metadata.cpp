@@ -11,7 +11,8 @@ namespace simulator {
 namespace {
 
 constexpr std::size_t pairs_in_a_reply = 50;
-constexpr std::size_t most_watches = 1000; // of one client, databases and prefixes alike
+constexpr std::size_t most_watches =
+    1000; // of one client, databases and prefixes alike: each change looks at all
 
 struct Pair
 {
@@ -105,17 +106,16 @@ Refusal erase(Call& call)
 
 Refusal watch(Call& call)
 {
-    for (const char* tag : {"MetadataDatabase", "MetadataPrefix"})
-        if (Refusal refusal = too_long(call.text(tag)))
-            return refusal;
     auto& watched = call.session.watched_metadata;
     std::size_t count = 0;
     for (const auto& database : watched)
         count += database.second.size();
     if (count >= most_watches)
         return no_room();
-    watched[call.text("MetadataDatabase")].insert(call.text("MetadataPrefix"));
-    return {};
+    const auto* present = watched.find(call.text("MetadataDatabase"));
+    std::set<QString> prefixes = present ? *present : std::set<QString>();
+    prefixes.insert(call.text("MetadataPrefix"));
+    return watched.put(call.text("MetadataDatabase"), std::move(prefixes)) ? Refusal() : no_room();
 }
 
 Refusal unwatch(Call& call)

@@ -9,10 +9,6 @@ namespace simulator {
 
 namespace {
 
-constexpr std::size_t most_watched = 10'000; // keys of one client
-constexpr std::size_t most_owned = 1000;     // likewise
-constexpr int longest_legacy = 4096;         // characters
-
 void tell(Audience& audience, const QString& key, const QString& value)
 {
     audience.report("userdict_change", {{"Key", key}, {"Value", value}});
@@ -29,15 +25,7 @@ Refusal set(Call& call)
 
 Refusal own(Call& call)
 {
-    auto& legacy = call.session.legacy;
-    if (legacy.size() == most_owned && legacy.count(call.text("Key")) == 0)
-        return no_room();
-    if (Refusal refusal = too_long(call.text("Key")))
-        return refusal;
-    if (call.text("Value").size() > longest_legacy)
-        return refuse(QStringLiteral("the value is too long to be kept"));
-    legacy[call.text("Key")] = call.text("Value");
-    return {};
+    return call.session.legacy.put(call.text("Key"), call.text("Value")) ? Refusal() : no_room();
 }
 
 // A key without a text reads as an empty one.
@@ -51,11 +39,8 @@ Refusal erase(Call& call)
 Refusal watch(Call& call)
 {
     const QString key = call.text("Key");
-    if (Refusal refusal = too_long(key))
-        return refusal;
-    if (call.session.watched_keys.size() == most_watched)
+    if (!call.session.watched_keys.put(key, {}))
         return no_room();
-    call.session.watched_keys.insert(key);
     if (const QString* value = call.state.userdict.find(key))
         call.audience.report_to(call.session, "userdict_change", {{"Key", key}, {"Value", *value}});
     return {};
@@ -69,9 +54,10 @@ Refusal unwatch(Call& call)
 
 } // namespace
 
+// What it took while the client was there is room enough.
 void leave_legacy(ServerState& state, Session& session, Audience& audience)
 {
-    for (const auto& [key, value] : std::exchange(session.legacy, {}))
+    for (const auto& [key, value] : session.legacy.take_all())
         if (state.userdict.put(key, value))
             tell(audience, key, value);
 }

@@ -12,7 +12,6 @@ namespace simulator {
 namespace {
 
 constexpr std::size_t most_segments = 2000;
-constexpr std::size_t most_edits = 8; // of one client at a time
 
 Refusal no_such_vclip(const QString& name)
 {
@@ -49,10 +48,7 @@ Refusal modification_start(Call& call)
     const VirtualClip* present = call.state.vclips.find(name);
     if (!present)
         return no_such_vclip(name);
-    if (call.session.vclip_edits.size() == most_edits && call.session.vclip_edits.count(name) == 0)
-        return no_room();
-    call.session.vclip_edits[name] = *present;
-    return {};
+    return call.session.vclip_edits.put(name, *present) ? Refusal() : no_room();
 }
 
 Refusal not_being_modified(const QString& name)
@@ -63,20 +59,28 @@ Refusal not_being_modified(const QString& name)
 Refusal modification_end(Call& call)
 {
     const QString name = call.text("VClipID");
-    auto edit = call.session.vclip_edits.extract(name);
-    if (edit.empty())
+    const VirtualClip* edit = call.session.vclip_edits.find(name);
+    if (!edit)
         return not_being_modified(name);
+    VirtualClip done = *edit;
+    call.session.vclip_edits.erase(name); // the shelf pays for what it held
     if (!call.state.vclips.find(name))
         return no_such_vclip(name);
-    return call.state.vclips.put(name, std::move(edit.mapped())) ? Refusal() : no_room();
+    return call.state.vclips.put(name, std::move(done)) ? Refusal() : no_room();
 }
 
 // Carries out `act(clip)` on the client's copy of a virtual clip that it modifies.
 template <class Act>
 Refusal on_edit(Call& call, Act act)
 {
-    const auto at = call.session.vclip_edits.find(call.text("VClipID"));
-    return at == call.session.vclip_edits.end() ? not_being_modified(call.text("VClipID")) : act(at->second);
+    const QString name = call.text("VClipID");
+    const VirtualClip* present = call.session.vclip_edits.find(name);
+    if (!present)
+        return not_being_modified(name);
+    VirtualClip edit = *present;
+    if (Refusal refusal = act(edit))
+        return refusal;
+    return call.session.vclip_edits.put(name, std::move(edit)) ? Refusal() : no_room();
 }
 
 Refusal is_within(const Call& call, const VirtualClip& clip)

@@ -186,38 +186,65 @@ TEST_F(CommandsTest, ReadOnlyClipsKeepTheirNames)
         EXPECT_TRUE(client.ask(cmd("1", command)).contains("opening_ceremony&quot; is read-only")) << command;
 }
 
-// Whatever clients store, each in its own way, the server keeps within its bounds and goes on.
+// Whatever clients store, each in its own way, the server keeps within its bounds and goes on; and what is
+// only remembered of a client goes with it.
 TEST_F(CommandsTest, WhatHasNoRoomIsRefused)
 {
     simulator::Settings settings;
-    settings.max_state = 300'000;
-    const Station station(settings);
-    const QByteArray text(20'000, 'x');
+    settings.max_state = 150'000;
+    const QByteArray text(20'000, 'x'), clip(1000, 'c');
     const QByteArray element =
         "<ListElement><ContentID><ClipID>" + text + "</ClipID></ContentID></ListElement>";
-    const std::vector<QByteArray> rows[] = {
-        {"<userdict_set><Key>%1</Key><Value>" + text + "</Value></userdict_set>"},
-        {"<metadata_set><MetadataDatabase>d</MetadataDatabase><MetadataList><Metadata><Key>%1</Key><Value>" +
-         text + "</Value></Metadata></MetadataList></metadata_set>"},
-        {"<create_clip><ClipID>%1</ClipID><TrackSet/></create_clip>"},
-        {"<create_directory><DirectoryName>%1</DirectoryName></create_directory>"},
-        {"<vclip_create><VClipID>%1" + text + "</VClipID><ClipLength>1</ClipLength></vclip_create>"},
-        {"<list_save_start><ListID>l</ListID></list_save_start>",
-         "<list_save_element>" + element + "</list_save_element>"},
-        {"<export_start/>",
-         "<export_add><ClipID>bars_and_tone</ClipID><Filename>" + text + "</Filename></export_add>"},
+    const struct
+    {
+        bool stays;
+        std::vector<QByteArray> commands; // the last as often as there is room
+    } rows[] = {
+        {true, {"<userdict_set><Key>%1</Key><Value>" + text + "</Value></userdict_set>"}},
+        {true,
+         {"<metadata_set><MetadataDatabase>d</MetadataDatabase><MetadataList><Metadata><Key>%1</Key><Value>" +
+          text + "</Value></Metadata></MetadataList></metadata_set>"}},
+        {true, {"<create_clip><ClipID>%1</ClipID><TrackSet/></create_clip>"}},
+        {true, {"<create_directory><DirectoryName>%1</DirectoryName></create_directory>"}},
+        {true, {"<vclip_create><VClipID>%1" + text + "</VClipID><ClipLength>1</ClipLength></vclip_create>"}},
+        {false,
+         {"<list_save_start><ListID>l</ListID></list_save_start>",
+          "<list_save_element>" + element + "</list_save_element>"}},
+        {false,
+         {"<export_start/>",
+          "<export_add><ClipID>bars_and_tone</ClipID><Filename>" + text + "</Filename></export_add>"}},
+        {false, {"<userdict_watch><Key>%1" + text + "</Key></userdict_watch>"}},
+        {false,
+         {"<watch_metadata_database><MetadataDatabase>d</MetadataDatabase><MetadataPrefix>%1" + text +
+          "</MetadataPrefix></watch_metadata_database>"}},
+        {true, {"<userdict_own><Key>%1</Key><Value>" + text + "</Value></userdict_own>"}},
+        {true,
+         {"<create_clip><ClipID>" + clip + "</ClipID><TrackSet/></create_clip>",
+          "<vclip_create><VClipID>v</VClipID><ClipLength>100</ClipLength></vclip_create>",
+          "<vclip_modification_start><VClipID>v</VClipID></vclip_modification_start>",
+          "<vclip_add_segment><VClipID>v</VClipID><ClipID>" + clip +
+              "</ClipID><TrackSet><TrackType>video</TrackType></TrackSet><ClipPosition>0</ClipPosition>"
+              "<VClipPosition>%1</VClipPosition><ClipLength>1</ClipLength></vclip_add_segment>"}},
     };
     for (const auto& row : rows) {
-        PlainClient client(station);
-        EXPECT_TRUE(row.size() == 1 || client.ask(cmd("1", row[0])).contains("<ok/>"));
-        int stored = 0;
-        QByteArray command = row.back();
-        while (stored < 100 &&
-               client.ask(cmd("1", command.replace("%1", QByteArray::number(stored)))).contains("<ok/>")) {
-            command = row.back();
-            ++stored;
-        }
-        EXPECT_LT(stored, 100) << row.back().left(100).constData();
+        const Station station(settings);
+        const auto fill = [&] {
+            PlainClient client(station);
+            for (std::size_t i = 0; i + 1 < row.commands.size(); ++i)
+                EXPECT_TRUE(client.ask(cmd("1", row.commands[i])).contains("<ok/>"));
+            for (int stored = 0; stored < 100; ++stored) {
+                QByteArray command = row.commands.back();
+                if (!client.ask(cmd("1", command.replace("%1", QByteArray::number(stored))))
+                         .contains("<ok/>"))
+                    return stored;
+            }
+            return 100;
+        };
+        const int stored = fill();
+        EXPECT_GT(stored, 0) << row.commands.back().left(100).constData();
+        EXPECT_LT(stored, 100) << row.commands.back().left(100).constData();
+        EXPECT_TRUE(wait_until([&] { return station->counters().connected == 0; }));
+        EXPECT_TRUE(row.stays || fill() == stored) << row.commands.back().left(100).constData();
     }
 }
 
