@@ -73,7 +73,7 @@ void Audience::report(const char* name, const Fields& fields)
         const bool wanted = form->trigger == Trigger::Watch
                                 ? watches(*session, form->fields.front().tag->name, fields)
                                 : is_registered(*session, *form, channel);
-        if (!wanted || has_too_much(*session))
+        if (!wanted || session->is_overrun)
             continue;
         if (bytes.isEmpty()) {
             writer_.report(form->name, fields);
@@ -85,7 +85,7 @@ void Audience::report(const char* name, const Fields& fields)
 
 void Audience::report_to(Session& session, const char* name, const Fields& fields)
 {
-    if (has_too_much(session))
+    if (session.is_overrun)
         return;
     writer_.report(QLatin1String(name), fields);
     add(session, writer_.take());
@@ -97,20 +97,23 @@ void Audience::deliver()
     while (!waiting_.empty()) {
         Session& session = *waiting_.back();
         waiting_.pop_back();
-        session.send(std::exchange(session.outbox, {}));
+        const QByteArray bytes = std::exchange(session.outbox, {});
+        session.outbox_share.release();
+        if (session.is_overrun)
+            session.overrun();
+        else
+            session.send(bytes);
     }
-}
-
-bool Audience::has_too_much(const Session& session) const
-{
-    return session.outbox.size() > most_;
 }
 
 void Audience::add(Session& session, const QByteArray& bytes)
 {
     if (session.outbox.isEmpty())
         waiting_.push_back(&session);
-    session.outbox += bytes;
+    if (session.outbox.size() + bytes.size() <= most_ && session.outbox_share.grow(bytes.size()))
+        session.outbox += bytes;
+    else
+        session.is_overrun = true;
 }
 
 } // namespace simulator

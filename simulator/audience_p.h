@@ -15,7 +15,8 @@ struct Session;
 class Audience
 {
 public:
-    // Of a client for whom more than `most` bytes are gathered the rest is left out: it will be dropped.
+    // A client for whom more than `most` bytes are gathered, or for all together more than their budget has,
+    // gets nothing more, and is dropped.
     explicit Audience(qint64 most) : most_(most), writer_(most) {}
 
     // The session stays where it is until leave().
@@ -37,7 +38,6 @@ public:
     void deliver();
 
 private:
-    bool has_too_much(const Session& session) const;
     void add(Session& session, const QByteArray& bytes);
 
     const qint64 most_;

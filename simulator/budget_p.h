@@ -1,4 +1,4 @@
-// How much memory commands may fill, so that no client can fill all there is.
+// How much memory clients may make the server fill, so that none can fill all there is.
 #pragma once
 
 #include <simulator/element.h>
@@ -43,7 +43,7 @@ inline qint64 weight(Nothing)
     return 0;
 }
 
-// What is left of the server's memory for state. One thread.
+// What is left of the server's memory for one purpose. One thread.
 class Budget
 {
 public:
@@ -86,6 +86,7 @@ public:
         bytes_ += taken ? bytes : 0;
         return taken;
     }
+    bool resize(qint64 bytes) { return grow(bytes - bytes_); }
     void release() { budget_->give(std::exchange(bytes_, 0)); }
 
 private:

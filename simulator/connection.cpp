@@ -19,10 +19,11 @@ Connection::Connection(quint64 id, QTcpSocket* socket, const Shared& shared, QOb
       faults_revision_(shared.faults.revision() - 1),
       random_(shared.faults.of(id).seed + static_cast<unsigned>(id)),
       reader_(shared.settings.max_message),
-      session_(shared.responder.budget()),
-      wire_(*socket, shared.settings.max_backlog),
+      session_(shared.responder.budget(), shared.backlog),
+      wire_(*socket, shared.settings.max_backlog, shared.backlog),
       flood_(wire_),
-      queue_([this](const AnswerQueue::Batch& batch) { deliver(batch); }, static_cast<unsigned>(random_()))
+      queue_([this](const AnswerQueue::Batch& batch) { deliver(batch); }, static_cast<unsigned>(random_())),
+      queued_(shared.backlog)
 {
     socket_->setParent(nullptr);
     socket_->setReadBufferSize(read_size);
@@ -36,6 +37,7 @@ Connection::Connection(quint64 id, QTcpSocket* socket, const Shared& shared, QOb
         drop();
     });
     session_.send = [this](const QByteArray& bytes) { send(bytes); };
+    session_.overrun = [this] { Q_EMIT wire_.overrun(); };
     refresh_faults();
 }
 
@@ -73,6 +75,7 @@ void Connection::drop()
     over_ = true;
     reading_ = false;
     queue_.clear();
+    queued_.release();
     wire_.abandon();
     flood_.set_faults({});
     socket_->abort();
@@ -115,12 +118,13 @@ void Connection::take(Element& message)
     if (faults_.mute || wire_.is_ended() || (faults_.drop_every != 0 && answered_ % faults_.drop_every == 0))
         return;
     queue_.push(std::move(answer));
-    if (queue_.bytes() > shared_.settings.max_backlog)
+    if (queue_.bytes() > shared_.settings.max_backlog || !queued_.resize(queue_.bytes()))
         Q_EMIT wire_.overrun();
 }
 
 void Connection::deliver(const AnswerQueue::Batch& batch)
 {
+    queued_.resize(queue_.bytes()); // what goes on waits on the wire
     QByteArray bytes;
     bool ends = false;
     for (const QByteArray& answer : batch) {

@@ -33,6 +33,7 @@ struct Shared
     Responder& responder;
     FaultBoard& faults;
     Tally& tally;
+    Budget& backlog; // what may wait for all clients
 };
 
 // A socket's bytes go through the reader and the responder; answers through the queue (their time and
@@ -79,6 +80,7 @@ private:
     Wire wire_;
     Flood flood_;
     AnswerQueue queue_;
+    Share queued_;         // of the backlog: what the queue holds
     qint64 answered_ = 0;  // answers made, lost ones too
     qint64 delivered_ = 0; // answers that went to the wire
     bool reading_ = true;

@@ -17,7 +17,11 @@ class Server::Private
 {
 public:
     Private(Server& server, Settings given)
-        : self(server), settings(std::move(given)), faults(settings.faults), responder(settings)
+        : self(server),
+          settings(std::move(given)),
+          faults(settings.faults),
+          backlog(settings.max_total_backlog),
+          responder(settings)
     {
         listener.setMaxPendingConnections(1000);
         QObject::connect(&listener, &QTcpServer::newConnection, &self, [this] { accept(); });
@@ -42,6 +46,7 @@ public:
     Server& self;
     const Settings settings;
     FaultBoard faults;
+    Budget backlog;
     Responder responder;
     Tally tally;
     QTcpServer listener;
@@ -65,7 +70,7 @@ void Server::Private::take(QTcpSocket* socket)
         socket->deleteLater();
         return;
     }
-    auto* connection = new Connection(id, socket, {settings, responder, faults, tally}, &self);
+    auto* connection = new Connection(id, socket, {settings, responder, faults, tally, backlog}, &self);
     clients[id] = connection;
     responder.join(connection->session());
     ++tally.connected;

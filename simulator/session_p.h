@@ -13,15 +13,23 @@ namespace simulator {
 
 struct Session
 {
-    // All that a client can make it remember is paid for from the budget, which outlives it.
-    explicit Session(Budget& budget)
-        : watched_metadata(budget), watched_keys(budget), legacy(budget), vclip_edits(budget)
+    // All that a client can make it remember is paid for from the budget `state`, and what waits for the
+    // client from `backlog`. Both outlive it.
+    Session(Budget& state, Budget& backlog)
+        : outbox_share(backlog),
+          watched_metadata(state),
+          watched_keys(state),
+          legacy(state),
+          vclip_edits(state)
     {
     }
 
     // Puts bytes on the client's wire, past the answers that wait.
     std::function<void(const QByteArray&)> send;
-    QByteArray outbox; // reports that leave when the command that caused them is done
+    std::function<void()> overrun; // for when more would wait for the client than may: ends its connection
+    QByteArray outbox;             // reports that leave when the command that caused them is done
+    Share outbox_share;
+    bool is_overrun = false; // reports did not fit in the outbox
 
     // What it asked to be told of.
     quint32 report_classes = 0;                              // a bit for each ReportType

@@ -25,6 +25,9 @@ struct Settings
     qint64 max_message = 1024 * 1024;              ///< bytes; a client that sends a longer one is closed
     qint64 max_backlog = qint64(64) * 1024 * 1024; ///< bytes waiting for one client; more, and it is dropped
 
+    /// Bytes waiting for all clients together; the one for whom more would wait is dropped.
+    qint64 max_total_backlog = qint64(512) * 1024 * 1024;
+
     /// Roughly the bytes that commands may store in all, for good or for as long as their client is there,
     /// beside the clips of the start; what would need more is refused.
     qint64 max_state = qint64(256) * 1024 * 1024;

@@ -10,7 +10,8 @@
 
 namespace simulator {
 
-Wire::Wire(QTcpSocket& socket, qint64 backlog_limit) : socket_(socket), backlog_limit_(backlog_limit)
+Wire::Wire(QTcpSocket& socket, qint64 backlog_limit, Budget& all)
+    : socket_(socket), backlog_limit_(backlog_limit), share_(all)
 {
     pause_.setSingleShot(true);
     pause_.setTimerType(Qt::PreciseTimer);
@@ -18,6 +19,7 @@ Wire::Wire(QTcpSocket& socket, qint64 backlog_limit) : socket_(socket), backlog_
     connect(&socket_, &QTcpSocket::bytesWritten, this, [this](qint64 bytes) {
         Q_EMIT sent(bytes);
         end_when_written();
+        share_.resize(backlog());
     });
 }
 
@@ -43,7 +45,8 @@ void Wire::write(const QByteArray& bytes)
                             : std::max<qint64>(0, faults_.close_after_bytes - accepted_);
     const bool reaches_end = faults_.close_after_bytes >= 0 && bytes.size() >= room;
     const QByteArray kept = room < bytes.size() ? bytes.left(static_cast<int>(room)) : bytes;
-    if (backlog() + kept.size() > backlog_limit_) {
+    const qint64 more = backlog() + kept.size();
+    if (more > backlog_limit_ || !share_.resize(more)) {
         Q_EMIT overrun();
         return;
     }
@@ -78,6 +81,7 @@ void Wire::abandon()
     pending_.clear();
     pending_start_ = 0;
     pause_.stop();
+    share_.release();
 }
 
 qint64 Wire::backlog() const

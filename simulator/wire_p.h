@@ -1,6 +1,7 @@
 // The bytes on their way to one client: cut into segments, ended where a fault says, and bounded.
 #pragma once
 
+#include <simulator/budget_p.h>
 #include <simulator/faults.h>
 
 #include <QByteArray>
@@ -18,8 +19,8 @@ class Wire : public QObject
 {
     Q_OBJECT
 public:
-    // `backlog_limit`: bytes that may wait for a client that does not read.
-    Wire(QTcpSocket& socket, qint64 backlog_limit);
+    // `backlog_limit`: bytes that may wait for a client that does not read; `all`: for all clients together.
+    Wire(QTcpSocket& socket, qint64 backlog_limit, Budget& all);
 
     void set_faults(const Faults& faults);
 
@@ -49,6 +50,7 @@ private:
 
     QTcpSocket& socket_;
     const qint64 backlog_limit_;
+    Share share_; // of what may wait for all clients: the backlog
     Faults faults_;
     QByteArray pending_;       // waits to be cut
     int pending_start_ = 0;    // what is before it has been written

@@ -11,8 +11,7 @@ namespace simulator {
 namespace {
 
 constexpr std::size_t pairs_in_a_reply = 50;
-constexpr std::size_t most_watches =
-    1000; // of one client, databases and prefixes alike: each change looks at all
+constexpr std::size_t most_watches = 1000; // prefixes of one client; every change looks at each
 
 struct Pair
 {

@@ -140,6 +140,28 @@ TEST_F(ServerTest, AClientThatNeverReadsIsDropped)
     EXPECT_EQ(station->counters().connected, 1u);
 }
 
+TEST_F(ServerTest, ClientsThatNeverReadShareOneBound)
+{
+    Settings settings;
+    settings.clips = ClipStore::generated(20000); // an answer of some 2 MB
+    settings.max_total_backlog = 8 * 1024 * 1024;
+    settings.faults.hold = true;
+    const Station station(settings);
+    std::vector<std::unique_ptr<PlainClient>> deaf;
+    for (int i = 0; i < 8; ++i) {
+        deaf.push_back(std::make_unique<PlainClient>(station));
+        deaf.back()->send(cmd("1", "<download_clipids />"));
+    }
+    EXPECT_TRUE(wait_until([&] { return station->counters().messages == deaf.size(); }));
+    EXPECT_TRUE(wait_until([&] { return station->counters().overrun > 0; }));
+    EXPECT_LT(station->counters().overrun, deaf.size());
+    deaf.clear(); // gives back what waited
+    EXPECT_TRUE(wait_until([&] { return station->counters().connected == 0; }));
+    station->set_faults({});
+    PlainClient other(station);
+    EXPECT_GT(other.ask(cmd("1", "<download_clipids />"), 20001).size(), 1024 * 1024);
+}
+
 const auto skuan_sim = [] { return QCoreApplication::applicationDirPath() + "/../bin/skuan-sim"; };
 
 TEST_F(ServerTest, TheProgramServesUntilASignalEndsIt)
