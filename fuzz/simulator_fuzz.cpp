@@ -93,7 +93,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return small;
     }();
     simulator::Responder responder(settings);
-    simulator::Session session;
+    simulator::Budget backlog(settings.max_total_backlog);
+    simulator::Session session(responder.budget(), backlog);
+    session.overrun = [] {};
     static Listener listener; // holds nothing between two inputs, as answers are whole
     session.send = [](const QByteArray& report) { listener.hear(report); };
     responder.join(session);
