@@ -147,6 +147,11 @@ def group_names(catalogue):
         yield f"class CallbackGroup_set{group.number};"
 
 
+def group_functions(group, prefix):
+    for reply in group.replies:
+        yield from ("    " + line for line in call(f"void {prefix}{reply.name}", signal_values(reply), ";"))
+
+
 @fills
 def groups(catalogue):
     for group in catalogue.groups.values():
@@ -162,14 +167,12 @@ def groups(catalogue):
         yield "    void addref() const;"
         yield ""
         yield "Q_SIGNALS:"
-        for reply in group.replies:
-            yield from ("    " + line for line in call(f"void sig_{reply.name}", signal_values(reply), ";"))
+        yield from group_functions(group, "sig_")
         yield ""
         yield "private:"
         yield "    friend class APIQtImpl;"
         yield "    AString enter(PendingTable& pending) const;"
-        for reply in group.replies:
-            yield from ("    " + line for line in call(f"void send_{reply.name}", signal_values(reply), ";"))
+        yield from group_functions(group, "send_")
         yield ""
         yield "    AReference<CallbackGuard> guard_;"
         yield "};"

@@ -31,30 +31,47 @@ def reader(item):
     return f"{'IfReadable' if item.optional else 'Needed'}<tag::{item.tag.name}>"
 
 
+def reply_values(reply):
+    return ["const AString& xid"] + values(reply)
+
+
+def declared(table, head, parameters, tail=";", documented=True):
+    """A declaration for each message, its name behind `head`."""
+    for message in table.values():
+        if documented:
+            yield doc(message.meaning)
+        yield from call(head + message.name, parameters(message), tail)
+
+
 @fills
 def reply_operations(catalogue):
-    for reply in catalogue.replies.values():
-        yield doc(reply.meaning)
-        yield from call(f"virtual void reply_{reply.name}", ["const AString& xid"] + values(reply), ";")
+    yield from declared(catalogue.replies, "virtual void reply_", reply_values)
 
 
 @fills
 def reply_overrides(catalogue):
-    for reply in catalogue.replies.values():
-        yield from call(f"void reply_{reply.name}", ["const AString& xid"] + values(reply), " override;")
+    yield from declared(catalogue.replies, "void reply_", reply_values, " override;", documented=False)
 
 
 @fills
 def report_operations(catalogue):
-    for report in catalogue.reports.values():
-        yield doc(report.meaning)
-        yield from call(f"virtual void report_{report.name}", values(report), ";")
+    yield from declared(catalogue.reports, "virtual void report_", values)
 
 
 @fills
 def report_overrides(catalogue):
-    for report in catalogue.reports.values():
-        yield from call(f"void report_{report.name}", values(report), " override;")
+    yield from declared(catalogue.reports, "void report_", values, " override;", documented=False)
+
+
+@fills
+def do_report_operations(catalogue):
+    """The declarations of APIQt::do_report_x."""
+    yield from declared(catalogue.reports, "virtual void do_report_", values, documented=False)
+
+
+@fills
+def report_signals(catalogue):
+    yield from declared(catalogue.reports, "void report_", signal_values)
 
 
 @fills
@@ -66,16 +83,18 @@ def empty_operations(catalogue):
             yield from call(f"void APIParser::{prefix}_{message.name}", types, " {}")
 
 
+def number_rows(table):
+    return [f'{{{message.number}, "{message.name}"}},' for message in table.values()]
+
+
 @fills
 def reply_rows(catalogue):
-    for reply in catalogue.replies.values():
-        yield f'{{{reply.number}, "{reply.name}"}},'
+    return number_rows(catalogue.replies)
 
 
 @fills
 def report_rows(catalogue):
-    for report in catalogue.reports.values():
-        yield f'{{{report.number}, "{report.name}"}},'
+    return number_rows(catalogue.reports)
 
 
 @fills
@@ -106,35 +125,24 @@ def reply_matching(catalogue):
         ends = "PendingTable::ends" if reply.ends else "PendingTable::goes_on"
         yield from function(
             f"void API::reply_{reply.name}",
-            ["const AString& xid"] + values(reply),
+            reply_values(reply),
             call(f"pending_->fire<&ReplySlots::{reply.name}>", ["xid", ends] + moved(reply), ";"),
         )
 
 
-@fills
-def do_report_operations(catalogue):
-    """The declarations of APIQt::do_report_x."""
-    for report in catalogue.reports.values():
-        yield from call(f"virtual void do_report_{report.name}", values(report), ";")
-
-
-@fills
-def report_signals(catalogue):
-    for report in catalogue.reports.values():
-        yield doc(report.meaning)
-        yield from call(f"void report_{report.name}", signal_values(report), ";")
+def handed_on(reports, head, target):
+    """The definition of each `head` + name: a call of `target` + name with the same values."""
+    for report in reports.values():
+        body = call(target + report.name, moved(report), ";")
+        yield from function(head + report.name, values(report), body)
 
 
 @fills
 def do_report_definitions(catalogue):
-    for report in catalogue.reports.values():
-        emission = call(f"Q_EMIT report_{report.name}", moved(report), ";")
-        yield from function(f"void APIQt::do_report_{report.name}", values(report), emission)
+    yield from handed_on(catalogue.reports, "void APIQt::do_report_", "Q_EMIT report_")
 
 
 @fills
 def report_override_definitions(catalogue):
     """APIQtImpl hands each report to its APIQt, `owner_`."""
-    for report in catalogue.reports.values():
-        handing = call(f"owner_->do_report_{report.name}", moved(report), ";")
-        yield from function(f"void APIQtImpl::report_{report.name}", values(report), handing)
+    yield from handed_on(catalogue.reports, "void APIQtImpl::report_", "owner_->do_report_")
