@@ -54,22 +54,17 @@ TEST(AChar, Utf8Forms)
         EXPECT_EQ(c.ord(), row.c);
         EXPECT_EQ(used, n);
         for (unsigned cut = 0; cut < n; ++cut) {
-            used = 9;
-            c = AChar(7);
-            EXPECT_FALSE(AChar::consume_utf8(bytes.data(), cut, &c, &used))
-                << std::hex << row.c << " " << cut;
+            EXPECT_FALSE(AChar::consume_utf8(bytes.data(), cut, &c, &used)) << std::hex << row.c;
             EXPECT_EQ(used, 0u);
-            EXPECT_EQ(c, AChar(7));
+            EXPECT_EQ(c.ord(), row.c); // as it was
         }
         if (!row.round_trip)
             continue;
         for (unsigned room = 0; room <= n + 1; ++room) {
-            char buf[8] = "#######";
-            used = 9;
+            char buf[] = "#######";
             EXPECT_EQ(AChar(row.c).to_utf8(buf, room, &used), room >= n);
             EXPECT_EQ(used, room >= n ? n : 0);
-            EXPECT_EQ(std::string(buf, 7),
-                      (room >= n ? bytes : "") + std::string(room >= n ? 7 - n : 7, '#'));
+            EXPECT_EQ(buf, (used == n ? bytes : "") + std::string(7 - used, '#'));
         }
     }
 }

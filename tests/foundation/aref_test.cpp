@@ -39,20 +39,17 @@ struct Record
 
 TEST(ARef, RefusesAnObjectThatIsEndingAndNeverCountsAPermanentOne)
 {
-    Record ending;
-    ending.references = 0;
-    EXPECT_FALSE(ARef<Record>(&ending));
-    EXPECT_EQ(ending.references, 0u);
-    EXPECT_EQ(ending.destroyed, 0);
-
-    Record permanent;
-    permanent.references = ARef<Record>::permanent;
-    {
-        const ARef<Record> a(&permanent);
-        const ARef<Record> b = a;
+    for (const unsigned references : {0u, unsigned{ARef<Record>::permanent}}) {
+        Record record;
+        record.references = references;
+        {
+            const ARef<Record> a(&record);
+            const ARef<Record> b = a;
+            EXPECT_EQ(static_cast<bool>(b), references != 0);
+        }
+        EXPECT_EQ(record.references, references);
+        EXPECT_EQ(record.destroyed, 0);
     }
-    EXPECT_EQ(permanent.references, ARef<Record>::permanent);
-    EXPECT_EQ(permanent.destroyed, 0);
 }
 
 } // namespace

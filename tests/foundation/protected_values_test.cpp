@@ -44,16 +44,13 @@ TEST(AutoRelease, RunsOnceWhenTheLastCopyGoes)
 {
     Counter counter;
     {
-        AutoRelease first(counter.function());
-        AutoRelease second = first;
-        AutoRelease third;
+        AutoRelease first(counter.function()), second = first, third;
         third = second;
         third = *&third;
         first.release();
         first.release();
         second = AutoRelease();
-        EXPECT_EQ(counter.runs, 0);
-        AutoRelease fourth = third;
+        const AutoRelease fourth = third;
         third.release();
         EXPECT_EQ(counter.runs, 0);
     }
