@@ -1,62 +1,38 @@
-// From a message to the one operation that belongs to it, and what is said when there is none.
-#include <skuan/protocol/kvrp3_api_parser.h>
-
+// From a stream of bytes to messages, from a message to its operation, and what is said when there is none.
 #include <support/memory_client.h>
 
 namespace {
 
-using KVRP3::ErrorCode;
+using Calls = std::vector<std::string>;
+
+const char* const two_messages =
+    "<report>\r\n<clip_created>\r\n<ClipID>M\xc3\xbcnchen</ClipID>\r\n</clip_created>\r\n"
+    "</report><report><clip_deleted><ClipID>b</ClipID></clip_deleted></report>";
 
 /// Writes down each operation that is called.
-class LoggingParser : public KVRP3::APIParser
+class LoggingClient : public support::MemoryClient
 {
 public:
-    std::vector<std::string> calls;
+    Calls calls;
+    bool reset_at_next = false;
+
+    void input(const std::string& bytes) { input_stream(bytes.data(), static_cast<unsigned>(bytes.size())); }
 
 protected:
-    void log(const char* operation, const AString& a = AString(), const AString& b = AString())
+    void reply_ok(const AString& xid) override { called("ok", xid); }
+    void report_clip_created(AString clip) override { called("+", clip); }
+    void report_clip_deleted(AString clip) override { called("-", clip); }
+
+private:
+    void called(const std::string& operation, const AString& value)
     {
-        calls.push_back(std::string(operation) + " " + a.to_string() + " " + b.to_string());
+        calls.push_back(operation + value.to_string());
+        if (std::exchange(reset_at_next, false))
+            reset_stream();
     }
-    void reply_ok(const AString& xid) override { log("ok", xid); }
-    void reply_error(const AString& xid, AString message, ErrorCode code) override
-    {
-        log("error", xid, message + AString::l1("/") + ErrorCode_to_string(code));
-    }
-    void reply_computername(const AString& xid, AString name) override { log("computername", xid, name); }
-    void reply_version_info(const AString&, AString version, AString path) override
-    {
-        log("version_info", version, path);
-    }
-    void report_userdict_change(AString key, AString value) override { log("userdict_change", key, value); }
 };
 
-TEST(APIParser, calls_the_operation_of_a_message)
-{
-    const std::pair<const char*, const char*> samples[] = {
-        {"<reply><ok><whatever>1</whatever></ok><xid> 1 </xid></reply>", "ok  1  "},
-        {"<reply><xid>5</xid><error><ErrorMessage>no such clip</ErrorMessage>"
-         "<ErrorCode> clipnotfound\n</ErrorCode></error></reply>",
-         "error 5 no such clip/clipnotfound"},
-        {"<reply><xid>none7</xid><computername><New><x>1</x></New><ComputerName /></computername></reply>",
-         "computername none7 "},
-        {"<reply><xid>3</xid><version_info><SVNPath>p</SVNPath><SVNVersion>v</SVNVersion></version_info></"
-         "reply>",
-         "version_info v p"},
-        {"<report><userdict_change><Key>k</Key><Value>v</Value></userdict_change></report>",
-         "userdict_change k v"},
-    };
-    for (const auto& [message, call] : samples) {
-        LoggingParser parser;
-        parser.parse(XMLTree()); // a good message wipes out the failure before it
-        EXPECT_FALSE(parser.parse_ok());
-        parser.parse(support::tree(message));
-        EXPECT_EQ(parser.calls, std::vector<std::string>{call}) << message;
-        EXPECT_TRUE(parser.parse_ok()) << message;
-    }
-}
-
-TEST(APIParser, says_what_is_wrong_with_a_message_and_calls_nothing)
+TEST(APIParser, says_what_is_wrong_with_a_message_calls_nothing_and_goes_on)
 {
     const struct
     {
@@ -72,28 +48,63 @@ TEST(APIParser, says_what_is_wrong_with_a_message_and_calls_nothing)
         {"<reply><xid>1</xid><clip_created><ClipID>a</ClipID></clip_created></reply>", "1",
          "XML Message contains no commands"},
         {"<report><ok /></report>", "", "XML Message contains no commands"},
-        {"<report><userdict_change><Value>%1</Value></userdict_change></report>", "",
-         "Tag 'Key' not found within 'userdict_change'"},
+        {"<report><clip_created><Value>%1</Value></clip_created></report>", "",
+         "Tag 'ClipID' not found within 'clip_created'"},
     };
     for (const auto& sample : samples) {
-        LoggingParser parser;
-        parser.parse(support::tree(sample.message));
-        EXPECT_TRUE(parser.calls.empty()) << sample.message;
-        EXPECT_FALSE(parser.parse_ok()) << sample.message;
-        EXPECT_EQ(parser.parse_xid().to_string(), sample.xid) << sample.message;
-        EXPECT_EQ(parser.parse_error_msg().to_string(), sample.error) << sample.message;
+        LoggingClient client;
+        client.inject(sample.message);
+        EXPECT_TRUE(client.calls.empty()) << sample.message;
+        EXPECT_FALSE(client.parse_ok()) << sample.message;
+        EXPECT_EQ(client.parse_xid().to_string(), sample.xid) << sample.message;
+        EXPECT_EQ(client.parse_error_msg().to_string(), sample.error) << sample.message;
+        client.inject("<reply><ok><whatever>1</whatever></ok><xid> 1 </xid></reply>");
+        EXPECT_TRUE(client.parse_ok()) << sample.message;
+        EXPECT_EQ(client.calls, Calls{"ok 1 "}) << sample.message;
     }
 }
 
 TEST(APIParser, the_hook_sees_messages_before_any_check)
 {
-    std::vector<std::string> seen;
+    Calls seen;
     auto hook = [&seen](const XMLTree& message) { seen.push_back(message.get_tag().to_string()); };
-    LoggingParser parser;
-    parser.set_receive_debug_hook(AFunction1<const XMLTree&>::ref(hook));
-    parser.parse(support::tree("<reply><xid>1</xid><ok /></reply>"));
-    parser.parse(support::tree("<junk />"));
-    EXPECT_EQ(seen, (std::vector<std::string>{"reply", "junk"}));
+    LoggingClient client;
+    client.set_receive_debug_hook(AFunction1<const XMLTree&>::ref(hook));
+    client.inject("<reply><xid>1</xid><ok /></reply>");
+    client.inject("<junk />");
+    EXPECT_EQ(seen, (Calls{"reply", "junk"}));
+}
+
+TEST(APIParser2, one_input_may_be_longer_than_the_buffer)
+{
+    LoggingClient client;
+    std::string flood;
+    for (int i = 0; i < 2000; ++i)
+        flood += "<report><clip_deleted><ClipID>x</ClipID></clip_deleted></report>";
+    client.input(flood);
+    EXPECT_FALSE(client.stream_broken());
+    EXPECT_EQ(client.calls, Calls(2000, "-x"));
+}
+
+TEST(APIParser2, bad_xml_breaks_the_stream_until_it_is_reset_and_a_bad_message_does_not)
+{
+    LoggingClient client;
+    client.input("<report><clip_created /></report>");
+    EXPECT_FALSE(client.stream_broken());
+    EXPECT_FALSE(client.parse_ok());
+
+    client.input("<report><a></b></report>");
+    EXPECT_TRUE(client.stream_broken());
+    client.input(two_messages);
+    EXPECT_EQ(client.calls, Calls());
+
+    client.reset_stream();
+    client.reset_at_next = true; // ends the reading of this input
+    client.input(two_messages);
+    EXPECT_EQ(client.calls, Calls{"+M\xc3\xbcnchen"});
+    client.input(two_messages);
+    EXPECT_EQ(client.calls, (Calls{"+M\xc3\xbcnchen", "+M\xc3\xbcnchen", "-b"}));
+    EXPECT_FALSE(client.stream_broken());
 }
 
 } // namespace

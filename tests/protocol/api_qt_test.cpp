@@ -77,20 +77,15 @@ protected:
     }
 };
 
-TEST_F(APIQt, fails_a_command_at_once_without_a_connection)
+TEST_F(APIQt, comes_and_goes_and_comes_back)
 {
     client.reconnect(); // to nowhere
     client.disconnect_from_server();
     client.ask();
     EXPECT_EQ(client.recorder.calls, std::vector<std::string>{failed});
-    EXPECT_EQ(client.outstanding_commands(), 0u);
-    EXPECT_FALSE(client.is_connected());
-    EXPECT_FALSE(client.is_localhost());
+    EXPECT_FALSE(client.is_connected() || client.is_localhost());
     EXPECT_EQ(client.events, "");
-}
 
-TEST_F(APIQt, comes_and_goes_and_comes_back)
-{
     Station station;
     client.connect_to_server(station.address().toString()); // by name
     wait_until([&] { return client.is_connected(); });
@@ -163,30 +158,23 @@ TEST_F(APIQt, may_be_turned_round_from_any_slot_or_callback)
         client.events.clear();
         first->set_faults(mute);
 
-        struct Turn
-        {
-            TestClient* client;
-            QHostAddress target;
-            bool done = false;
-            void turn()
-            {
-                if (!std::exchange(done, true))
-                    client->connect_to_server(target);
-            }
-            void on_error(AString, KVRP3::ErrorCode) { turn(); }
-        } turn{&client, second.address()};
+        bool done = false;
+        const auto turn = [&] {
+            if (!std::exchange(done, true))
+                client.connect_to_server(second.address());
+        };
+        auto on_error = [&](AString, KVRP3::ErrorCode) { turn(); };
         QObject scope;
         if (where == in_error)
-            client.cmd_get_computer_name(
-                AFunction1<AString>(), AFunction2<AString, KVRP3::ErrorCode>::member<&Turn::on_error>(&turn));
+            client.cmd_sync({}, AFunction2<AString, KVRP3::ErrorCode>::ref(on_error));
         if (where == in_disconnected)
-            QObject::connect(&client, &KVRP3::APIQt::disconnected, &scope, [&] { turn.turn(); });
+            QObject::connect(&client, &KVRP3::APIQt::disconnected, &scope, turn);
         if (where == in_state)
-            QObject::connect(&client, &KVRP3::APIQt::stateChanged, &scope, [&] { turn.turn(); });
+            QObject::connect(&client, &KVRP3::APIQt::stateChanged, &scope, turn);
         if (where == in_report)
-            QObject::connect(&client, &KVRP3::APIQt::report_clip_created, &scope, [&] { turn.turn(); });
+            QObject::connect(&client, &KVRP3::APIQt::report_clip_created, &scope, turn);
         act();
-        wait_until([&] { return turn.done && client.is_connected(); });
+        wait_until([&] { return done && client.is_connected(); });
         expect_answer("second");
         EXPECT_EQ(client.events, where == in_report ? "a-+" : "-+");
         wait_until([&] { return first->counters().connected == 0; });
@@ -202,13 +190,8 @@ TEST_F(APIQt, of_a_connect_and_a_disconnect_the_later_holds)
 {
     Station station(mute);
     connect_to(station);
-    struct Leave
-    {
-        TestClient* client;
-        void on_error(AString, KVRP3::ErrorCode) { client->disconnect_from_server(); }
-    } leave{&client};
-    client.cmd_get_computer_name(AFunction1<AString>(),
-                                 AFunction2<AString, KVRP3::ErrorCode>::member<&Leave::on_error>(&leave));
+    auto leave = [this](AString, KVRP3::ErrorCode) { client.disconnect_from_server(); };
+    client.cmd_sync({}, AFunction2<AString, KVRP3::ErrorCode>::ref(leave));
     client.connect_to_server(station.address());
     wait_until([&] { return client.events == "+-"; });
     wait_until([&] { return station->counters().connected == 0; });

@@ -10,10 +10,8 @@
 
 #include <QMetaMethod>
 #include <QPointer>
-#include <QThread>
 
 #include <functional>
-#include <mutex>
 
 namespace {
 
@@ -21,10 +19,13 @@ using Calls = std::vector<std::string>;
 
 constexpr auto l1 = AString::l1;
 
-/// Receives signals of any kind, found by the text of their signatures, and prints what they bring.
+/// Receives signals of any kind, found by the text of their signatures, and prints what they bring. They
+/// are queued, so that their values are copied as for another thread.
 class SignalLog : public QObject
 {
 public:
+    Calls seen;
+
     /// `values` names the types as the signal does.
     void watch(const QObject& sender, const std::string& signal, const samples::Message& message)
     {
@@ -33,12 +34,7 @@ public:
         ASSERT_GE(index, 0) << signal;
         const int slot = QObject::staticMetaObject.methodCount() + static_cast<int>(watched_.size());
         watched_.push_back({message.name, meta->method(index).parameterTypes()});
-        QMetaObject::connect(&sender, index, this, slot);
-    }
-    Calls seen() const
-    {
-        const std::lock_guard<std::mutex> lock(mutex_);
-        return seen_;
+        QMetaObject::connect(&sender, index, this, slot, Qt::QueuedConnection);
     }
     int qt_metacall(QMetaObject::Call call, int id, void** arguments) override
     {
@@ -49,8 +45,7 @@ public:
         std::string values;
         for (const QByteArray& type : signal.types)
             values += samples::printers.at(type.toStdString())(*++arguments);
-        const std::lock_guard<std::mutex> lock(mutex_);
-        seen_.push_back(samples::element(signal.name, values));
+        seen.push_back(samples::element(signal.name, values));
         return -1;
     }
 
@@ -61,44 +56,11 @@ private:
         QList<QByteArray> types;
     };
     std::vector<Watched> watched_;
-    mutable std::mutex mutex_;
-    Calls seen_;
-};
-
-/// The same on a thread of its own, to which signals have to be queued.
-class FarSignalLog
-{
-public:
-    FarSignalLog()
-    {
-        log_.moveToThread(&thread_);
-        thread_.start();
-    }
-    ~FarSignalLog()
-    {
-        thread_.quit();
-        thread_.wait();
-    }
-    SignalLog* operator->() { return &log_; }
-
-private:
-    QThread thread_;
-    SignalLog log_;
 };
 
 std::string sample(const std::string& reply)
 {
     return samples::replies.at(reply).sample;
-}
-
-/// The tree as the server's tests have it.
-simulator::Element element(const XMLTree& tree)
-{
-    simulator::Element result(QString::fromStdString(tree.get_tag().to_string()),
-                              QString::fromStdString(tree.get_content().to_string()));
-    for (const auto* entry = tree.get_subnodes().first_entry(); entry; entry = entry->next)
-        result.children.push_back(element(entry->value));
-    return result;
 }
 
 class CallbackGroups : public support::CoreApplication
@@ -145,13 +107,11 @@ TEST_F(CallbackGroups, of_every_kind_give_their_replies_as_signals)
     const auto check = [this]<typename Group>(const Calls& answers,
                                               void (*issue)(KVRP3::APIQt&, const Group&)) {
         Group group;
-        SignalLog near;
-        FarSignalLog far;
+        SignalLog log;
         Calls replies = answers, expected;
         replies.push_back("error");
         for (const std::string& name : replies) {
-            near.watch(group, "sig_" + name, samples::replies.at(name));
-            far->watch(group, "sig_" + name, samples::replies.at(name));
+            log.watch(group, "sig_" + name, samples::replies.at(name));
             expected.push_back(sample(name));
         }
         issue(*client, group);
@@ -160,30 +120,23 @@ TEST_F(CallbackGroups, of_every_kind_give_their_replies_as_signals)
         issue(*client, group);
         reply(xid, sample("error"));
         wait_until([&] { return client->outstanding_commands() == 0; });
-        EXPECT_EQ(near.seen(), expected);
-        wait_until([&] { return far->seen().size() == expected.size(); });
-        EXPECT_EQ(far->seen(), expected);
+        settle();
+        EXPECT_EQ(log.seen, expected);
     };
     samples::for_each_group(check);
 }
 
 TEST_F(CallbackGroups, are_not_needed_for_the_signals_of_reports)
 {
-    SignalLog near;
-    FarSignalLog far;
+    SignalLog log;
     Calls expected;
     for (const auto& [name, report] : samples::reports) {
-        near.watch(*client, "report_" + name, report);
-        far->watch(*client, "report_" + name, report);
-        QString error;
-        EXPECT_TRUE(station->send_report(QString::fromStdString(name),
-                                         element(support::tree(report.sample)).children, &error))
-            << name << ": " << error.toStdString();
+        log.watch(*client, "report_" + name, report);
+        station->send_raw(QByteArray("<report>") + report.sample + "</report>");
         expected.push_back(report.sample);
     }
-    wait_until([&] { return far->seen().size() == expected.size(); });
-    EXPECT_EQ(near.seen(), expected);
-    EXPECT_EQ(far->seen(), expected);
+    wait_until([&] { return log.seen.size() == expected.size(); });
+    EXPECT_EQ(log.seen, expected);
 }
 
 TEST_F(CallbackGroups, may_go_before_the_replies_to_their_commands)
@@ -279,12 +232,14 @@ TEST_F(CallbackGroups, are_let_go_by_commands_that_nobody_answers)
         log.watch(group, "sig_error", samples::replies.at("error"));
         client->cmd_get_computer_name(group);
         reply_to_end(xid, sample("ok")); // not an answer to this, and the end of it
-        EXPECT_EQ(log.seen(), Calls());
+        settle();
+        EXPECT_EQ(log.seen, Calls());
 
         client->cmd_get_computer_name(group);
         client->disconnect_from_server();
         client->cmd_get_computer_name(group);
-        EXPECT_EQ(log.seen().size(), 2u);
+        settle();
+        EXPECT_EQ(log.seen.size(), 2u);
     }
     EXPECT_EQ(guards(), 0u);
 }

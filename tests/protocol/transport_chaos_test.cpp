@@ -116,6 +116,11 @@ template <typename Transport>
 class Transports : public support::CoreApplication
 {
 protected:
+    /// Both ends know of the connection.
+    static void wait_for(const Transport& transport, const Station& station)
+    {
+        wait_until([&] { return transport.is_up() && station->counters().connected == 1; });
+    }
     /// Waits for so many messages, and a little for more than that.
     static std::vector<std::string> receive(Transport& transport, std::size_t count)
     {
@@ -156,49 +161,37 @@ std::string as_received(const std::string& message)
     return support::tree(message.substr(begin)).flatten(XMLTree::flatten_compact, true).to_string();
 }
 
-// One stream with all messages, each once for every place to cut it at. It is written piece by piece,
-// from cut to cut, so that a piece also glues the rest of one message to the beginning of the next.
-TYPED_TEST(Transports, find_each_message_wherever_it_is_cut)
+// A piece goes from cut to cut: it glues the rest of one message to the beginning of the next.
+TYPED_TEST(Transports, find_each_message_wherever_it_is_cut_and_behind_every_other)
 {
-    QByteArray stream;
-    std::vector<std::string> expected;
-    Faults faults;
-    faults.split_pause = std::chrono::milliseconds(1);
+    QByteArray cuts, pairs;
+    std::vector<std::string> from_cuts, from_pairs;
+    const auto add = [](const std::string& message, QByteArray& stream, std::vector<std::string>& expected) {
+        stream += QByteArray::fromStdString(message);
+        expected.push_back(as_received(message));
+    };
+    Faults faults{.split_pause = std::chrono::milliseconds(1)};
     for (const std::string& message : shapes()) {
         for (std::size_t cut = 0; cut < message.size(); ++cut) {
             if (cut != 0)
-                faults.split_at.push_back(stream.size() + static_cast<int>(cut));
-            stream += QByteArray::fromStdString(message);
-            expected.push_back(as_received(message));
+                faults.split_at.push_back(cuts.size() + static_cast<int>(cut));
+            add(message, cuts, from_cuts);
+        }
+        for (const std::string& second : shapes()) {
+            add(message, pairs, from_pairs);
+            add(second, pairs, from_pairs);
         }
     }
     Station station(faults);
     TypeParam transport(station.address());
-    this->wait_until([&] { return transport.is_up() && station->counters().connected == 1; });
-    station->send_raw(stream);
-    EXPECT_EQ(this->receive(transport, expected.size()), expected);
-}
-
-TYPED_TEST(Transports, find_each_message_behind_every_other)
-{
-    QByteArray stream;
-    std::vector<std::string> expected;
-    for (const std::string& first : shapes())
-        for (const std::string& second : shapes())
-            for (const std::string* message : {&first, &second}) {
-                stream += QByteArray::fromStdString(*message);
-                expected.push_back(as_received(*message));
-            }
-    Station station;
-    TypeParam transport(station.address());
-    this->wait_until([&] { return transport.is_up() && station->counters().connected == 1; });
-    station->send_raw(stream);
-    EXPECT_EQ(this->receive(transport, expected.size()), expected);
-
-    // And every byte on its own.
-    station->set_faults({.split = 1});
-    station->send_raw(stream);
-    EXPECT_EQ(this->receive(transport, expected.size()), expected);
+    this->wait_for(transport, station);
+    station->send_raw(cuts);
+    EXPECT_EQ(this->receive(transport, from_cuts.size()), from_cuts);
+    for (const Faults& pieces : {Faults{}, Faults{.split = 1}}) {
+        station->set_faults(pieces);
+        station->send_raw(pairs);
+        EXPECT_EQ(this->receive(transport, from_pairs.size()), from_pairs);
+    }
 }
 
 TYPED_TEST(Transports, take_the_longest_message_and_no_longer_one)
@@ -208,7 +201,7 @@ TYPED_TEST(Transports, take_the_longest_message_and_no_longer_one)
         begin + QByteArray(TypeParam::longest_message - begin.size() - end.size(), 'x') + end;
     Station station;
     TypeParam transport(station.address());
-    this->wait_until([&] { return transport.is_up() && station->counters().connected == 1; });
+    this->wait_for(transport, station);
     station->send_raw(longest + longest);
     EXPECT_EQ(this->receive(transport, 2).size(), 2u);
     EXPECT_EQ(transport.losses, 0u);
@@ -221,7 +214,7 @@ TYPED_TEST(Transports, take_the_longest_message_and_no_longer_one)
 struct Ending
 {
     std::atomic<unsigned> answers{0}, errors{0};
-    std::atomic<int>* waiting = nullptr;
+    std::atomic<int> own{0}, *waiting = &own; ///< may be counted together with others
 
     template <typename Transport>
     void ask(Transport& client)
@@ -262,9 +255,7 @@ TYPED_TEST(Transports, lose_a_server_that_misbehaves_and_find_it_again)
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(&row - rows);
-        std::atomic<int> waiting{0};
         Ending ending;
-        ending.waiting = &waiting;
         Station station(row.faults);
         TypeParam transport(station.address());
         this->wait_until([&] { return transport.is_up() || transport.losses != 0; });
@@ -273,13 +264,13 @@ TYPED_TEST(Transports, lose_a_server_that_misbehaves_and_find_it_again)
             this->wait_until([&] { return station->counters().connected == 1; });
             station->send_raw(row.raw);
         }
-        this->wait_until([&] { return transport.losses != 0 && waiting == 0; });
+        this->wait_until([&] { return transport.losses != 0 && ending.own == 0; });
         EXPECT_EQ(ending.errors, 1u);
         EXPECT_EQ(transport.inbox.take().size(), row.messages);
 
         station->set_faults({});
         this->wait_until([&] { // a connection from before may still be on its way down
-            if (transport.is_up() && waiting == 0 && ending.answers == 0)
+            if (transport.is_up() && ending.own == 0 && ending.answers == 0)
                 ending.ask(transport);
             return ending.answers == 1;
         });
@@ -296,9 +287,7 @@ TYPED_TEST(Transports, can_be_destroyed_in_every_state)
         EXPECT_FALSE(connecting.is_up());
     }
     for (const Faults& faults : {Faults{.mute = true}, Faults{.flood = true}}) {
-        std::atomic<int> waiting{0};
         Ending ending;
-        ending.waiting = &waiting;
         Station station(faults);
         TypeParam receiving(station.address());
         this->wait_until([&] { return receiving.is_up(); });

@@ -50,7 +50,6 @@ public:
     {
         EXPECT_EQ(take(), crlf("<cmd>\n<xid>" + xid.to_string() + "</xid>\n" + command + "\n</cmd>"));
     }
-    void expect_nothing() { EXPECT_EQ(take(), ""); }
 
     std::string take()
     {
@@ -81,10 +80,6 @@ public:
 
     AFunction ok() { return AFunction::member<&Recorder::on_ok>(this); }
     AFunction1<AString> text() { return AFunction1<AString>::member<&Recorder::on_text>(this); }
-    AFunction2<AString, AString> texts()
-    {
-        return AFunction2<AString, AString>::member<&Recorder::on_texts>(this);
-    }
     AFunction2<AString, KVRP3::ErrorCode> error()
     {
         return AFunction2<AString, KVRP3::ErrorCode>::member<&Recorder::on_error>(this);
@@ -93,10 +88,6 @@ public:
 private:
     void on_ok() { calls.push_back("ok"); }
     void on_text(AString text) { calls.push_back(text.to_string()); }
-    void on_texts(AString first, AString second)
-    {
-        calls.push_back(first.to_string() + "|" + second.to_string());
-    }
     void on_error(AString message, KVRP3::ErrorCode code)
     {
         calls.push_back(ErrorCode_to_string(code).to_string() + ": " + message.to_string());

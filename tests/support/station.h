@@ -17,9 +17,9 @@ public:
     {
         EXPECT_TRUE(thread_.start()) << thread_.error_text().toStdString();
     }
-    explicit Station(const simulator::Faults& faults) : Station(with(faults)) {}
+    explicit Station(const simulator::Faults& faults) : Station(simulator::Settings{.faults = faults}) {}
     /// A server that gives itself this name.
-    explicit Station(const char* name) : Station(named(name)) {}
+    explicit Station(const char* name) : Station(simulator::Settings{.computer_name = name, .faults = {}}) {}
 
     const QHostAddress& address() const { return address_; }
     unsigned ipv4() const { return address_.toIPv4Address(); }
@@ -29,18 +29,6 @@ private:
     static simulator::Settings placed(simulator::Settings settings, const QHostAddress& address)
     {
         settings.address = address;
-        return settings;
-    }
-    static simulator::Settings with(const simulator::Faults& faults)
-    {
-        simulator::Settings settings;
-        settings.faults = faults;
-        return settings;
-    }
-    static simulator::Settings named(const char* name)
-    {
-        simulator::Settings settings;
-        settings.computer_name = QString::fromUtf8(name);
         return settings;
     }
 
