@@ -1,4 +1,5 @@
 // Every command of the catalogue, and every report: read to the letter, and nothing else.
+#include "compact.h"
 #include "plain_client.h"
 
 #include <QFile>
@@ -192,59 +193,48 @@ TEST_F(CommandsTest, WhatHasNoRoomIsRefused)
 {
     simulator::Settings settings;
     settings.max_state = 150'000;
-    const QByteArray text(20'000, 'x'), clip(1000, 'c');
-    const QByteArray element =
-        "<ListElement><ContentID><ClipID>" + text + "</ClipID></ContentID></ListElement>";
     const struct
     {
         bool stays;
-        std::vector<QByteArray> commands; // the last as often as there is room
+        std::vector<QString> commands; // the last as often as there is room; * is a long text, # a long name
     } rows[] = {
-        {true, {"<userdict_set><Key>%1</Key><Value>" + text + "</Value></userdict_set>"}},
+        {true, {"userdict_set Key=%1 Value=*"}},
+        {true, {"metadata_set MetadataDatabase=d MetadataList(Metadata(Key=%1 Value=*))"}},
+        {true, {"create_clip ClipID=%1 TrackSet"}},
+        {true, {"create_directory DirectoryName=%1"}},
+        {true, {"vclip_create VClipID=%1* ClipLength=1"}},
+        {false, {"list_save_start ListID=l", "list_save_element ListElement(ContentID(ClipID=*))"}},
+        {false, {"export_start", "export_add ClipID=bars_and_tone Filename=*"}},
+        {false, {"userdict_watch Key=%1*"}},
+        {false, {"watch_metadata_database MetadataDatabase=d MetadataPrefix=%1*"}},
+        {true, {"userdict_own Key=%1 Value=*"}},
         {true,
-         {"<metadata_set><MetadataDatabase>d</MetadataDatabase><MetadataList><Metadata><Key>%1</Key><Value>" +
-          text + "</Value></Metadata></MetadataList></metadata_set>"}},
-        {true, {"<create_clip><ClipID>%1</ClipID><TrackSet/></create_clip>"}},
-        {true, {"<create_directory><DirectoryName>%1</DirectoryName></create_directory>"}},
-        {true, {"<vclip_create><VClipID>%1" + text + "</VClipID><ClipLength>1</ClipLength></vclip_create>"}},
-        {false,
-         {"<list_save_start><ListID>l</ListID></list_save_start>",
-          "<list_save_element>" + element + "</list_save_element>"}},
-        {false,
-         {"<export_start/>",
-          "<export_add><ClipID>bars_and_tone</ClipID><Filename>" + text + "</Filename></export_add>"}},
-        {false, {"<userdict_watch><Key>%1" + text + "</Key></userdict_watch>"}},
-        {false,
-         {"<watch_metadata_database><MetadataDatabase>d</MetadataDatabase><MetadataPrefix>%1" + text +
-          "</MetadataPrefix></watch_metadata_database>"}},
-        {true, {"<userdict_own><Key>%1</Key><Value>" + text + "</Value></userdict_own>"}},
-        {true,
-         {"<create_clip><ClipID>" + clip + "</ClipID><TrackSet/></create_clip>",
-          "<vclip_create><VClipID>v</VClipID><ClipLength>100</ClipLength></vclip_create>",
-          "<vclip_modification_start><VClipID>v</VClipID></vclip_modification_start>",
-          "<vclip_add_segment><VClipID>v</VClipID><ClipID>" + clip +
-              "</ClipID><TrackSet><TrackType>video</TrackType></TrackSet><ClipPosition>0</ClipPosition>"
-              "<VClipPosition>%1</VClipPosition><ClipLength>1</ClipLength></vclip_add_segment>"}},
+         {"create_clip ClipID=# TrackSet", "vclip_create VClipID=v ClipLength=100",
+          "vclip_modification_start VClipID=v",
+          "vclip_add_segment VClipID=v ClipID=# TrackSet(TrackType=video) ClipPosition=0 VClipPosition=%1"
+          " ClipLength=1"}},
     };
     for (const auto& row : rows) {
         const Station station(settings);
         const auto fill = [&] {
             PlainClient client(station);
+            const auto is_ok = [&](QString command) {
+                command.replace("*", QString(20'000, 'x')).replace("#", QString(1000, 'c'));
+                return client.ask(cmd("1", compact::to_command(command))).contains("<ok/>");
+            };
             for (std::size_t i = 0; i + 1 < row.commands.size(); ++i)
-                EXPECT_TRUE(client.ask(cmd("1", row.commands[i])).contains("<ok/>"));
-            for (int stored = 0; stored < 100; ++stored) {
-                QByteArray command = row.commands.back();
-                if (!client.ask(cmd("1", command.replace("%1", QByteArray::number(stored))))
-                         .contains("<ok/>"))
-                    return stored;
-            }
-            return 100;
+                EXPECT_TRUE(is_ok(row.commands[i]));
+            int stored = 0;
+            while (stored < 100 && is_ok(QString(row.commands.back()).replace("%1", QString::number(stored))))
+                ++stored;
+            return stored;
         };
+        SCOPED_TRACE(qPrintable(row.commands.back()));
         const int stored = fill();
-        EXPECT_GT(stored, 0) << row.commands.back().left(100).constData();
-        EXPECT_LT(stored, 100) << row.commands.back().left(100).constData();
+        EXPECT_GT(stored, 0);
+        EXPECT_LT(stored, 100);
         EXPECT_TRUE(wait_until([&] { return station->counters().connected == 0; }));
-        EXPECT_TRUE(row.stays || fill() == stored) << row.commands.back().left(100).constData();
+        EXPECT_TRUE(row.stays || fill() == stored);
     }
 }
 
@@ -255,24 +245,18 @@ TEST_F(CommandsTest, WhoAsksForMoreThanMayWaitIsDropped)
     settings.max_backlog = 100'000;
     const Station station(settings);
     PlainClient author(station);
-    const QByteArray element = "<list_save_element><ListElement><ContentID><ClipID>" +
-                               QByteArray("&quot;").repeated(10'000) +
-                               "</ClipID></ContentID></ListElement></list_save_element>";
-    for (const QByteArray& command :
-         {QByteArray("<list_save_start><ListID>l</ListID></list_save_start>"), element, element,
-          QByteArray("<list_save_end/>"),
-          QByteArray("<list_load><Channel>A</Channel><ListID>l</ListID></list_load>")})
-        ASSERT_TRUE(author.ask(cmd("1", command)).contains("<ok/>"));
+    const QString element =
+        "list_save_element ListElement(ContentID(ClipID=" + QString(10'000, QLatin1Char('"')) + "))";
+    for (const QString& command : {QString("list_save_start ListID=l"), element, element,
+                                   QString("list_save_end"), QString("list_load Channel=A ListID=l")})
+        ASSERT_TRUE(author.ask(cmd("1", compact::to_command(command))).contains("<ok/>"));
 
-    const QByteArray greedy[] = {
-        "<download_list><ListID>l</ListID></download_list>",
-        "<channel_report_register><Channel>A</Channel><ChannelReportType>listplay</ChannelReportType>"
-        "</channel_report_register>"};
-    for (const QByteArray& command : greedy) {
+    for (const char* command :
+         {"download_list ListID=l", "channel_report_register Channel=A ChannelReportType=listplay"}) {
         const quint64 dropped = station->counters().overrun;
         PlainClient client(station);
-        client.send(cmd("1", command));
-        EXPECT_TRUE(wait_until([&] { return station->counters().overrun > dropped; })) << command.constData();
+        client.send(cmd("1", compact::to_command(command)));
+        EXPECT_TRUE(wait_until([&] { return station->counters().overrun > dropped; })) << command;
     }
     EXPECT_TRUE(author.ask(cmd("1", "<sync/>")).contains("<ok/>"));
 }

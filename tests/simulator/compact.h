@@ -3,21 +3,17 @@
 #pragma once
 
 #include <QByteArray>
+#include <QRegularExpression>
 #include <QXmlStreamReader>
 
 #include <string>
 
 namespace compact {
 
-inline bool is_plain(const QString& text)
-{
-    return !text.isEmpty() && !text.contains(QLatin1Char(' ')) && !text.contains(QLatin1Char('(')) &&
-           !text.contains(QLatin1Char(')')) && !text.contains(QLatin1Char('\''));
-}
-
 /// One element and all in it; the reader stands at its start.
 inline QString from_element(QXmlStreamReader& reader)
 {
+    static const QRegularExpression separator(QStringLiteral("[ ()']"));
     const QString name = reader.name().toString();
     QString text;
     QStringList children;
@@ -29,7 +25,7 @@ inline QString from_element(QXmlStreamReader& reader)
     }
     if (!children.isEmpty())
         return name + "(" + children.join(" ") + ")";
-    return text.isEmpty() ? name : name + "=" + (is_plain(text) ? text : "'" + text + "'");
+    return text.isEmpty() ? name : name + "=" + (text.contains(separator) ? "'" + text + "'" : text);
 }
 
 /// Each reply and report of a stream on a line of its own, reports with a star. xids are left out.
@@ -57,42 +53,30 @@ inline std::string from_stream(const QByteArray& bytes)
     return lines.toStdString();
 }
 
-/// The children from `at` on, up to a closing parenthesis or the end.
-inline QByteArray to_children(const QByteArray& line, int& at)
+/// The element of a command.
+inline QByteArray to_command(const QString& line)
 {
-    QByteArray xml;
-    while (at < line.size() && line[at] != ')') {
-        if (line[at] == ' ') {
-            ++at;
+    static const QRegularExpression token(QStringLiteral("([^ =()]+)(\\(|=('[^']*'|[^ )]*))?|\\)"));
+    QStringList open = {line.section(QLatin1Char(' '), 0, 0)};
+    QString xml = "<" + open.first() + ">";
+    auto tokens = token.globalMatch(line, open.first().size());
+    while (tokens.hasNext()) {
+        const QRegularExpressionMatch match = tokens.next();
+        if (match.captured() == QLatin1String(")")) {
+            xml += "</" + open.takeLast() + ">";
             continue;
         }
-        const int start = at;
-        while (at < line.size() && !strchr(" =()", line[at]))
-            ++at;
-        const QByteArray name = line.mid(start, at - start);
-        QByteArray inside;
-        if (at < line.size() && line[at] == '(') {
-            inside = to_children(line, ++at);
-            ++at;
-        } else if (at < line.size() && line[at] == '=') {
-            const char end = line[++at] == '\'' ? '\'' : 0;
-            const int from = end ? ++at : at;
-            while (at < line.size() && (end ? line[at] != end : !strchr(" )", line[at])))
-                ++at;
-            inside = QString::fromUtf8(line.mid(from, at - from)).toHtmlEscaped().toUtf8();
-            at += end ? 1 : 0;
+        xml += "<" + match.captured(1) + ">";
+        if (match.captured(2) == QLatin1String("(")) {
+            open += match.captured(1);
+            continue;
         }
-        xml += "<" + name + ">" + inside + "</" + name + ">";
+        QString value = match.captured(3);
+        if (value.startsWith(QLatin1Char('\'')))
+            value = value.mid(1, value.size() - 2);
+        xml += value.toHtmlEscaped() + "</" + match.captured(1) + ">";
     }
-    return xml;
-}
-
-/// The element of a command.
-inline QByteArray to_command(const QByteArray& line)
-{
-    const QByteArray name = line.split(' ').first();
-    int at = name.size();
-    return "<" + name + ">" + to_children(line, at) + "</" + name + ">";
+    return (xml + "</" + open.first() + ">").toUtf8();
 }
 
 } // namespace compact

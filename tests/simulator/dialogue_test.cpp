@@ -11,23 +11,11 @@
 
 namespace {
 
-using simulator::ClipStore;
-using simulator::Settings;
 using support::Station;
-
-Settings small_station()
-{
-    Settings settings;
-    QString error;
-    settings.clips = ClipStore::from_text("ident\nnews/a\nnews/b\n", &error);
-    return settings;
-}
 
 class Played
 {
 public:
-    explicit Played(const Settings& settings) : station_(settings) {}
-
     /// Plays the commands of a dialogue and writes down what really comes.
     std::string transcript(const std::string& dialogue)
     {
@@ -36,7 +24,7 @@ public:
         for (std::string line; std::getline(lines, line);) {
             if (line.size() < 4 || line[1] != '>')
                 continue;
-            written += line + "\n" + play(line[0], QByteArray::fromStdString(line.substr(3)));
+            written += line + "\n" + play(line[0], QString::fromStdString(line.substr(3)));
             for (auto& [name, client] : clients_) // whatever the command makes others hear is on its way
                 if (name != line[0])
                     written += hear(name, *client, cmd("end", "<sync/>"));
@@ -45,7 +33,7 @@ public:
     }
 
 private:
-    std::string play(char name, const QByteArray& command)
+    std::string play(char name, const QString& command)
     {
         if (command == "leave") {
             clients_.erase(name);
@@ -71,7 +59,15 @@ private:
         return written;
     }
 
-    const Station station_;
+    static simulator::Settings settings()
+    {
+        QString error;
+        simulator::Settings settings;
+        settings.clips = simulator::ClipStore::from_text("ident\nnews/a\nnews/b\n", &error);
+        return settings;
+    }
+
+    const Station station_{settings()};
     std::map<char, std::unique_ptr<PlainClient>> clients_;
 };
 
@@ -86,7 +82,7 @@ TEST_F(DialogueTest, EachGoesAsItIsWritten)
         QFile file(folder.filePath(name));
         ASSERT_TRUE(file.open(QIODevice::ReadOnly));
         const std::string written = file.readAll().toStdString();
-        EXPECT_EQ(Played(small_station()).transcript(written), written) << qPrintable(name);
+        EXPECT_EQ(Played().transcript(written), written) << qPrintable(name);
     }
 }
 
