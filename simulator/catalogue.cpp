@@ -131,4 +131,9 @@ int Catalogue::value(const char* enumeration, const QString& name) const
     return names ? static_cast<int>(names->indexOf(name)) : -1;
 }
 
+const QString& Catalogue::name(const char* enumeration, int value) const
+{
+    return enumerations_.value(QLatin1String(enumeration))->at(value);
+}
+
 } // namespace simulator

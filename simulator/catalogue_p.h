@@ -71,6 +71,9 @@ public:
     // The value of an enumeration's name; -1 for none.
     int value(const char* enumeration, const QString& name) const;
 
+    // The name of a value that the enumeration has.
+    const QString& name(const char* enumeration, int value) const;
+
     Catalogue(const Catalogue&) = delete;
     Catalogue& operator=(const Catalogue&) = delete;
 

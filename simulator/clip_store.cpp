@@ -4,6 +4,7 @@
 #include <QUuid>
 
 #include <algorithm>
+#include <limits>
 
 namespace simulator {
 
@@ -164,6 +165,16 @@ ClipStore::Outcome ClipStore::create_clip(const QString& clip, Clip made)
     ++count_;
     fields_ += length;
     return Outcome::Done;
+}
+
+bool ClipStore::grow_clip(const QString& clip)
+{
+    Clip* const found = this->clip(clip);
+    if (!found || found->length == std::numeric_limits<quint32>::max())
+        return false;
+    ++found->length;
+    fields_ += found->stored_length() != 0 ? 1 : 0;
+    return true;
 }
 
 ClipStore::Outcome ClipStore::delete_clip(const QString& clip)

@@ -63,7 +63,7 @@ public:
     bool has_clip(const QString& clip) const;
     bool has_directory(const QString& directory) const;
 
-    /// Null if there is none. Valid until the store changes. The length is not to be changed.
+    /// Null if there is none. Valid until the store changes. The length is changed by grow_clip() alone.
     const Clip* clip(const QString& clip) const;
     Clip* clip(const QString& clip);
 
@@ -81,6 +81,9 @@ public:
 
     /// Makes missing directories on the way, as do rename_clip and create_directory.
     Outcome create_clip(const QString& clip, Clip made = {});
+    /// Makes a clip longer by one field; false if there is none, or it cannot be any longer.
+    bool grow_clip(const QString& clip);
+
     Outcome delete_clip(const QString& clip);
     Outcome rename_clip(const QString& from, const QString& to);
     Outcome create_directory(const QString& directory);

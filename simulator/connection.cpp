@@ -2,6 +2,7 @@
 #include <simulator/connection_p.h>
 
 #include <simulator/fault_board_p.h>
+#include <simulator/field_clock_p.h>
 
 #include <QTcpSocket>
 
@@ -114,6 +115,7 @@ void Connection::take(Element& message)
     ++shared_.tally.messages;
     Q_EMIT received(message);
     QByteArray answer = shared_.responder.answer(std::move(message), session_);
+    shared_.clock.wake(); // something may have begun
     ++answered_;
     if (faults_.mute || wire_.is_ended() || (faults_.drop_every != 0 && answered_ % faults_.drop_every == 0))
         return;

@@ -18,6 +18,7 @@ QT_END_NAMESPACE
 namespace simulator {
 
 class FaultBoard;
+class FieldClock;
 
 // The live form of Counters: written by the server's thread, read by any.
 struct Tally
@@ -34,6 +35,7 @@ struct Shared
     FaultBoard& faults;
     Tally& tally;
     Budget& backlog; // what may wait for all clients
+    FieldClock& clock;
 };
 
 // A socket's bytes go through the reader and the responder; answers through the queue (their time and

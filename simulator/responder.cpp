@@ -2,7 +2,9 @@
 #include <simulator/responder_p.h>
 
 #include <simulator/call_p.h>
+#include <simulator/commands/machine_p.h>
 #include <simulator/commands/ownership_p.h>
+#include <simulator/commands/running_p.h>
 #include <simulator/commands/userdict_p.h>
 #include <simulator/reading_p.h>
 
@@ -50,6 +52,12 @@ const char* code_of(const Objection& objection)
 }
 
 } // namespace
+
+Responder::Responder(const Settings& settings)
+    : state_(settings), audience_(settings.max_backlog), answer_(settings.max_backlog)
+{
+    state_.told_disk_space = available_space(state_);
+}
 
 QByteArray Responder::answer(Element message, Session& session)
 {
@@ -100,6 +108,17 @@ void Responder::leave(Session& session)
     return_channels(state_, session, audience_);
     leave_legacy(state_, session, audience_);
     audience_.deliver();
+}
+
+// Every family that has something going on in time, whether it has at present or not.
+bool Responder::field()
+{
+    ++state_.field;
+    bool goes_on = false;
+    for (const auto run : {run_channels})
+        goes_on = run(state_, audience_) || goes_on;
+    audience_.deliver();
+    return goes_on;
 }
 
 QByteArray Responder::refusal(const QString& why)

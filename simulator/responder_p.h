@@ -3,6 +3,7 @@
 
 #include <simulator/audience_p.h>
 #include <simulator/element.h>
+#include <simulator/field_rate_p.h>
 #include <simulator/server_state_p.h>
 #include <simulator/session_p.h>
 
@@ -12,10 +13,7 @@ namespace simulator {
 class Responder
 {
 public:
-    explicit Responder(const Settings& settings)
-        : state_(settings), audience_(settings.max_backlog), answer_(settings.max_backlog)
-    {
-    }
+    explicit Responder(const Settings& settings);
 
     // What sessions take from, and give back when they end.
     Budget& budget() { return state_.budget; }
@@ -28,6 +26,15 @@ public:
     // Never empty: what cannot be done, or is no command at all, is answered with `error`. Reports that
     // the command causes have been sent when this returns.
     QByteArray answer(Element message, Session& session);
+
+    // A field is over. True if something goes on by itself, so that the next one is wanted, too.
+    bool field();
+
+    // So many fields went by while nothing went on.
+    void passed_unseen(quint64 fields) { state_.field += fields; }
+
+    // What the server's time goes by.
+    FieldRate field_rate() { return simulator::field_rate(state_.configuration.effective("VideoStandard")); }
 
     // The answer to bytes that are no message.
     QByteArray refusal(const QString& why);

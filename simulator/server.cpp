@@ -4,10 +4,12 @@
 #include <simulator/catalogue_p.h>
 #include <simulator/connection_p.h>
 #include <simulator/fault_board_p.h>
+#include <simulator/field_clock_p.h>
 #include <simulator/reading_p.h>
 
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QThread>
 
 #include <map>
 
@@ -21,7 +23,10 @@ public:
           settings(std::move(given)),
           faults(settings.faults),
           backlog(settings.max_total_backlog),
-          responder(settings)
+          responder(settings),
+          clock(settings.pace, responder.field_rate(),
+                {[this] { return responder.field(); },
+                 [this](quint64 fields) { responder.passed_unseen(fields); }})
     {
         listener.setMaxPendingConnections(1000);
         QObject::connect(&listener, &QTcpServer::newConnection, &self, [this] { accept(); });
@@ -48,6 +53,7 @@ public:
     FaultBoard faults;
     Budget backlog;
     Responder responder;
+    FieldClock clock;
     Tally tally;
     QTcpServer listener;
     QString error;
@@ -70,7 +76,8 @@ void Server::Private::take(QTcpSocket* socket)
         socket->deleteLater();
         return;
     }
-    auto* connection = new Connection(id, socket, {settings, responder, faults, tally, backlog}, &self);
+    auto* connection =
+        new Connection(id, socket, {settings, responder, faults, tally, backlog, clock}, &self);
     clients[id] = connection;
     responder.join(connection->session());
     ++tally.connected;
@@ -195,6 +202,19 @@ void Server::drop_client(quint64 client)
 {
     if (client != 0)
         d->on_clients(client, [](Connection& one) { one.drop(); });
+}
+
+void Server::step(quint64 fields)
+{
+    const auto type =
+        QThread::currentThread() == thread() ? Qt::DirectConnection : Qt::BlockingQueuedConnection;
+    QMetaObject::invokeMethod(
+        this,
+        [this, fields] {
+            for (quint64 i = 0; i < fields; ++i)
+                d->clock.step();
+        },
+        type);
 }
 
 Counters Server::counters() const

@@ -63,6 +63,10 @@ public:
     void drop_clients();
     void drop_client(quint64 client);
 
+    /// Any thread. Lets so many fields pass, and returns when they have: what was begun before goes on, and
+    /// its reports are on their way. For servers whose own time stands still, `Settings::pace`.
+    void step(quint64 fields = 1);
+
     /// Any thread.
     Counters counters() const;
 

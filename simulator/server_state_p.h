@@ -22,7 +22,8 @@ struct ServerState
     }
 
     const Settings& settings;
-    Budget budget; // before all that takes from it
+    quint64 field = 0; // how many have passed since the server began
+    Budget budget;     // before all that takes from it
     ClipStore clips;
     std::array<Channel, channel_count> channels;
     Shelf<std::vector<Element>> play_lists{budget}, chase_lists{budget};
@@ -30,7 +31,8 @@ struct ServerState
     std::map<QString, Shelf<QString>> metadata; // by database; none of them is empty
     Shelf<QString> userdict{budget};
     Configuration configuration;
-    quint64 last_stamp = 0; // of the changes that clips keep a stamp of
+    quint64 told_disk_space = 0; // as it was when it last changed
+    quint64 last_stamp = 0;      // of the changes that clips keep a stamp of
 };
 
 } // namespace simulator

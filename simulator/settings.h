@@ -20,6 +20,9 @@ struct Settings
     QString version_path = QStringLiteral("trunk");     ///< `SVNPath`
     ClipStore clips = ClipStore::news();
 
+    /// How fast the server's time goes: 60 is a minute a second. At 0 it stands still but for Server::step().
+    double pace = 1;
+
     Faults faults; ///< of every client, from its first byte
 
     qint64 max_message = 1024 * 1024;              ///< bytes; a client that sends a longer one is closed

@@ -1,8 +1,10 @@
-// A channel's state as reports, and the ways in which it changes that several families share.
+// A channel's state as reports, and who may use it.
 #include <simulator/commands/channels_p.h>
 
-#include <simulator/commands/clips_p.h>
+#include <simulator/catalogue_p.h>
+#include <simulator/commands/cues_p.h>
 #include <simulator/commands/machine_p.h>
+#include <simulator/commands/running_p.h>
 #include <simulator/server_state_p.h>
 #include <simulator/session_p.h>
 
@@ -17,7 +19,8 @@ using Row = std::vector<Element>;
 Row status(ServerState& state, int channel)
 {
     const Channel& at = channel_at(state, channel);
-    Row row = {channel_tag(channel), {"ChannelStatus", at.status}};
+    Row row = {channel_tag(channel),
+               {"ChannelStatus", Catalogue::get().name("ChannelStatus", static_cast<int>(at.status))}};
     if (!at.cue.clip.isEmpty())
         row.push_back({"ClipID", at.cue.clip});
     return row;
@@ -35,15 +38,16 @@ Row speed(ServerState& state, int channel)
 
 Row timecode(ServerState& state, int channel)
 {
+    const Channel& at = channel_at(state, channel);
     return {channel_tag(channel),
-            {"ClipPosition", decimal(channel_at(state, channel).cue.position)},
-            {"DisplayTimecode", display_timecode(state, channel_at(state, channel).cue)},
-            {"InputTimecode", no_timecode()}};
+            {"ClipPosition", decimal(at.motion.field())},
+            {"DisplayTimecode", display_timecode(state, at)},
+            {"InputTimecode", shows_input(at) ? input_timecode(state) : no_timecode()}};
 }
 
 Row aux_audio_timecode(ServerState& state, int channel)
 {
-    return {channel_tag(channel), {"ClipPosition", decimal(channel_at(state, channel).cue.position)}};
+    return {channel_tag(channel), {"ClipPosition", decimal(channel_at(state, channel).motion.field())}};
 }
 
 Row info(ServerState& state, int channel)
@@ -51,15 +55,15 @@ Row info(ServerState& state, int channel)
     const Channel& at = channel_at(state, channel);
     Row fields = {{"ClipID", at.cue.clip}};
     if (!at.cue.clip.isEmpty()) {
-        fields.insert(
-            fields.end(),
-            {{"ClipLength", decimal(at.cue.length)}, {"Interp", at.cue.interp}, {"Loop", at.cue.loop}});
+        fields.insert(fields.end(), {{"ClipLength", decimal(at.cue.length)},
+                                     {"Interp", at.cue.interp},
+                                     {"Loop", Catalogue::get().name("Loop", static_cast<int>(at.cue.loop))}});
         if (at.cue.loop_in)
             fields.push_back({"LoopIn", decimal(*at.cue.loop_in)});
         if (at.cue.loop_out)
             fields.push_back({"LoopOut", decimal(*at.cue.loop_out)});
         fields.insert(fields.end(), {{"Playback", at.cue.playback},
-                                     {"AngleCount", decimal(1)},
+                                     {"AngleCount", decimal(angle_count(state, at.cue))},
                                      {"Angle", decimal(at.cue.angle)},
                                      {"AudioTrackCount", decimal(audio_track_count)}});
     }
@@ -67,7 +71,7 @@ Row info(ServerState& state, int channel)
     fields.insert(fields.end(), {{"EEStatus", edit},
                                  {"PrecueCount", decimal(at.precued.size())},
                                  {"StealStatus", at.steal_status},
-                                 {"TransitionInProgress", truth(false)}});
+                                 {"TransitionInProgress", truth(at.transition > 0)}});
     if (!at.cue.clip.isEmpty())
         fields.push_back({"NaturalSpeed", speed_text(normal_speed)});
     return {channel_tag(channel), {"ChannelInformation", fields}};
@@ -89,11 +93,6 @@ constexpr Shown shown[] = {
     {"info", "channel_info", info},
     {"aux_audio_timecode", "channel_aux_audio_timecode", aux_audio_timecode},
 };
-
-std::optional<quint32> within(const std::optional<quint32>& position, quint32 length)
-{
-    return position ? std::optional<quint32>(std::min(*position, length)) : std::nullopt;
-}
 
 } // namespace
 
@@ -133,52 +132,6 @@ Refusal not_free(const Call& call, int channel)
     return thief && thief != &call.session
                ? refuse(QStringLiteral("another client has channel %1 to itself").arg(channel_name(channel)))
                : Refusal();
-}
-
-Refusal make_cue(ServerState& state, const QString& clip, bool is_virtual, const Element& options, Cue& cue)
-{
-    if (is_virtual) {
-        const VirtualClip* found = state.vclips.find(clip);
-        if (!found)
-            return {QStringLiteral("no such virtual clip %1").arg(quoted(clip)), "clipnotfound"};
-        cue.length = found->length;
-    } else {
-        const Clip* found = state.clips.clip(clip);
-        if (!found)
-            return no_such_clip(clip);
-        cue.length = found->played_length();
-        const Element info{QStringLiteral("ClipInfo"), found->attributes};
-        for (const auto& [tag, field] : {std::pair("Loop", &Cue::loop), std::pair("Playback", &Cue::playback),
-                                         std::pair("Interp", &Cue::interp)})
-            if (has(info, tag))
-                cue.*field = text(info, tag);
-    }
-    cue.clip = clip;
-    cue.is_virtual = is_virtual;
-    cue.position = std::min(number(options, "GotoPosition").value_or(0), cue.length);
-    cue.out_point = within(number(options, "ClipPosition"), cue.length);
-    cue.loop_in = within(number(options, "LoopIn"), cue.length);
-    cue.loop_out = within(number(options, "LoopOut"), cue.length);
-    cue.angle = number(options, "Angle").value_or(0);
-    if (has(options, "Loop"))
-        cue.loop = text(options, "Loop");
-    if (has(options, "Playback"))
-        cue.playback = text(options, "Playback");
-    if (has(options, "Speed"))
-        cue.speed = to_speed(text(options, "Speed")).value_or(normal_speed);
-    return {};
-}
-
-void load(Call& call, int channel, Cue cue, const QString& status)
-{
-    Channel& at = channel_at(call.state, channel);
-    at.cue = std::move(cue);
-    at.status = status;
-    const bool rolls = status != QLatin1String("stop");
-    at.speed = rolls ? at.cue.speed : 0;
-    if (!at.cue.is_virtual)
-        stamp_clip(call.state, at.cue.clip, rolls ? "PlayedStamp" : "LoadedStamp");
-    tell_changes(call.state, call.audience, channel);
 }
 
 // While nobody listens nothing is built; whoever registers is told the whole state first.

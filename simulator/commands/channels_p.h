@@ -3,6 +3,7 @@
 
 #include <simulator/call_p.h>
 #include <simulator/commands/lists_p.h>
+#include <simulator/motion_p.h>
 #include <simulator/speed_p.h>
 
 #include <array>
@@ -11,27 +12,44 @@
 
 namespace simulator {
 
-// A clip on a channel, or one that waits to be. Positions count fields from the clip's start.
+// As the protocol counts them.
+enum class ChannelStatus { nochannel, idle, cueing, stop, play, record, insert, testpattern, timedelay };
+enum class PrecueCondition { explicit_switch, previous_stops, immediate, end_of_clip, end_of_clip2 };
+
+// What a channel is to play, and how. Positions count fields from the clip's start.
 struct Cue
 {
     QString clip; // empty: none
     bool is_virtual = false;
     quint32 length = 0;
-    quint32 position = 0;
+    quint32 position = 0; // where it begins
     std::optional<quint32> out_point, loop_in, loop_out;
     qint32 speed = normal_speed; // when it plays
-    QString loop = QStringLiteral("off");
+    Loop loop = Loop::off;
     QString playback = QStringLiteral("auto");
     QString interp = QStringLiteral("auto");
     quint32 angle = 0;
+
+    bool plays(const QString& name) const { return !is_virtual && clip == name; }
+};
+
+// One that waits for its moment.
+struct Precued
+{
+    Cue cue;
+    PrecueCondition when = PrecueCondition::explicit_switch;
 };
 
 struct Channel
 {
-    QString status = QStringLiteral("idle");
+    ChannelStatus status = ChannelStatus::idle;
     Cue cue;
-    qint32 speed = 0; // as it runs now
-    std::deque<Cue> precued;
+    Motion motion;             // where it is in its clip
+    qint32 speed = 0;          // as it runs now
+    quint32 cueing = 0;        // fields until the clip is ready
+    quint32 transition = 0;    // fields until the transition is over
+    quint32 most_recorded = 0; // fields of a recording; 0: no end
+    std::deque<Precued> precued;
     quint32 ee_mask = 0;
     bool auto_ee = false;
 
@@ -53,13 +71,6 @@ std::vector<int> named_channels(const Call& call);
 
 // Why a client may not use a channel: another has stolen it.
 Refusal not_free(const Call& call, int channel);
-
-// Makes a cue of a clip or a virtual clip. `options` may hold what `cue_clip` takes. Positions beyond the
-// clip's end are its end.
-Refusal make_cue(ServerState& state, const QString& clip, bool is_virtual, const Element& options, Cue& cue);
-
-// Puts a cue on a channel, with the status "stop" or one of those in which it plays, and tells of it.
-void load(Call& call, int channel, Cue cue, const QString& status);
 
 // Tells those who listen what has changed in a channel's status, clip, position, speed and information.
 void tell_changes(ServerState& state, Audience& audience, int channel);

@@ -3,7 +3,9 @@
 
 #include <simulator/commands/channels_p.h>
 #include <simulator/commands/clip_info_p.h>
+#include <simulator/commands/cues_p.h>
 #include <simulator/commands/machine_p.h>
+#include <simulator/commands/running_p.h>
 #include <simulator/server_state_p.h>
 
 #include <algorithm>
@@ -78,21 +80,17 @@ Refusal in_use(const Call& call, const QString& name)
     };
     for (int i = 0; i < channel_count; ++i) {
         const Channel& channel = channel_at(call.state, i);
-        if (is_meant(channel.cue) || std::any_of(channel.precued.begin(), channel.precued.end(), is_meant))
+        if (is_meant(channel.cue) ||
+            std::any_of(channel.precued.begin(), channel.precued.end(),
+                        [&](const Precued& precued) { return is_meant(precued.cue); }))
             return refuse(QStringLiteral("%1 is in use on channel %2").arg(quoted(name), channel_name(i)));
     }
     return {};
 }
 
-// Why a clip cannot be changed.
 Refusal fixed(const Call& call, const QString& name)
 {
-    const Clip* clip = call.state.clips.clip(name);
-    if (!clip)
-        return no_such_clip(name);
-    return clip->attribute("ReadOnly") == QLatin1String("true")
-               ? refuse(QStringLiteral("the clip %1 is read-only").arg(quoted(name)))
-               : Refusal();
+    return fixed_clip(call.state, name);
 }
 
 // Why a clip in a directory, `inside` with a slash, cannot be changed.
@@ -105,10 +103,11 @@ Refusal fixed_inside(const Call& call, const QString& inside)
     return {};
 }
 
-void tell_disk_space(Call& call)
+void tell_disk_space(ServerState& state, Audience& audience)
 {
-    if (call.audience.listens_to("disk_space_changed"))
-        call.report("disk_space_changed", {disk_space(call.state)});
+    const quint64 space = available_space(state);
+    if (std::exchange(state.told_disk_space, space) != space)
+        audience.report("disk_space_changed", {disk_space(state)});
 }
 
 Refusal create(Call& call, const QString& name, Clip clip)
@@ -120,11 +119,25 @@ Refusal create(Call& call, const QString& name, Clip clip)
         return refusal;
     tell_created_directories(call, made);
     call.report("clip_created", {{"ClipID", name}});
-    tell_disk_space(call);
+    tell_disk_space(call.state, call.audience);
     return {};
 }
 
-// With a channel, the clip is what that channel records.
+// A recording has the timecode that its first field came with.
+void note_input_timecode(const ServerState& state, Clip& clip)
+{
+    const Element input(QStringLiteral("Timecode"), input_timecode(state));
+    if (text(input, "Valid") != QLatin1String("true"))
+        return;
+    change_attributes(
+        clip,
+        {"ClipAttrChange",
+         {{"TimecodeSource", "rectc"},
+          {"Frame0Timecode",
+           {{"FieldNumber", text(input, "FieldNumber")}, {"DropFrameFlag", text(input, "DropFrameFlag")}}}}});
+}
+
+// With a channel, the clip is what that channel records from now on: as long as it is to be at most.
 Refusal create_clip(Call& call)
 {
     if (call.has("Channel"))
@@ -132,19 +145,16 @@ Refusal create_clip(Call& call)
             return refusal;
     const QString name = call.text("ClipID");
     Clip clip;
-    clip.length = call.number("ClipLength").value_or(0);
+    clip.length = call.has("Channel") ? 0 : call.number("ClipLength").value_or(0);
     clip.attributes.push_back(tracks_of(child(call.arguments, "TrackSet")));
+    if (call.has("Channel"))
+        note_input_timecode(call.state, clip);
     if (Refusal refusal = create(call, name, std::move(clip)))
         return refusal;
     if (!call.has("Channel"))
         return {};
     const int channel = named_channels(call).front();
-    Channel& at = channel_at(call.state, channel);
-    at.cue = {};
-    at.cue.clip = name;
-    at.cue.length = call.number("ClipLength").value_or(0);
-    at.status = QStringLiteral("record");
-    at.speed = normal_speed;
+    record(call.state, call.audience, channel, name, call.number("ClipLength").value_or(0));
     tell_changes(call.state, call.audience, channel);
     return {};
 }
@@ -175,7 +185,7 @@ Refusal delete_clip(Call& call)
     call.state.budget.give(entry_weight + weight(*call.state.clips.clip(name)));
     call.state.clips.delete_clip(name);
     call.report("clip_deleted", {{"ClipID", name}});
-    tell_disk_space(call);
+    tell_disk_space(call.state, call.audience);
     return {};
 }
 
@@ -220,6 +230,10 @@ Refusal modify_clip_attributes(Call& call)
     clip = std::move(changed);
     stamp_clip(call.state, name, "MetaEditStamp");
     call.report("clip_changed", {{"ClipID", name}});
+    follow_length(call.state, name);
+    for (int channel = 0; channel < channel_count; ++channel)
+        if (channel_at(call.state, channel).cue.plays(name))
+            tell_changes(call.state, call.audience, channel);
     return {};
 }
 
@@ -233,19 +247,30 @@ Refusal get_clip_info(Call& call)
     return {};
 }
 
-// The layout of a clip's file, as the tokens of a nested list.
+// A list of tokens within brackets, which are tokens too.
+QStringList bracketed(const QStringList& tokens)
+{
+    return QStringList(QStringLiteral("(")) + tokens + QStringList(QStringLiteral(")"));
+}
+
+// How the clip's file lies on the disks. Of a trimmed clip a stretch of its file is used; one that is being
+// recorded has a file that grows, as long as it is by now. All numbers are bytes.
 Refusal get_volatile_file_info(Call& call)
 {
     const QString name = call.text("ClipID");
     const Clip* clip = call.state.clips.clip(name);
     if (!clip)
         return no_such_clip(name);
-    QStringList tokens = {"(", "file", "/video/" + name + ".mxf", ")"};
-    if (clip->length == 0) // still being recorded
-        tokens = QStringList{"(", "grow", "0"} + tokens + QStringList{")"};
-    tokens = QStringList{"(", "clip"} + tokens + QStringList{")"};
+    const auto bytes = [](quint64 fields) { return decimal(fields * field_size); };
+    QStringList element = bracketed({"file", "/video/" + name + ".mxf"});
+    if (is_recorded(call.state, name))
+        element = bracketed(QStringList{"grow", bytes(clip->length)} + element);
+    if (clip->played_length() != clip->length)
+        element = bracketed(
+            QStringList{"limited", bytes(clip->played_length()), "false"} +
+            bracketed(QStringList{"offset", bytes(clip->attribute("TrimStart").toUInt())} + element));
     std::vector<Element> keys;
-    for (const QString& token : qAsConst(tokens))
+    for (const QString& token : bracketed(QStringList("clip") + element))
         keys.push_back({"Key", token});
     call.reply("volatile_file_info", {{"KeyList", keys}});
     return {};
@@ -329,12 +354,30 @@ Refusal rename_dir(Call& call)
 
 } // namespace
 
+Refusal fixed_clip(const ServerState& state, const QString& name)
+{
+    const Clip* clip = state.clips.clip(name);
+    if (!clip)
+        return no_such_clip(name);
+    return clip->attribute("ReadOnly") == QLatin1String("true")
+               ? refuse(QStringLiteral("the clip %1 is read-only").arg(quoted(name)))
+               : Refusal();
+}
+
+void tell_written(ServerState& state, Audience& audience, const QString& clip)
+{
+    audience.report("clip_changed", {{"ClipID", clip}});
+    tell_disk_space(state, audience);
+}
+
 quint32 first_field(const Clip& clip)
 {
-    if (clip.attribute("TimecodeSource") != QLatin1String("striped"))
-        return 0;
+    const QString source = clip.attribute("TimecodeSource");
+    const QLatin1String tag(source == QLatin1String("striped") ? "StripeTimecode"
+                            : source == QLatin1String("rectc") ? "Frame0Timecode"
+                                                               : "");
     for (const Element& attribute : clip.attributes)
-        if (attribute.tag == QLatin1String("StripeTimecode"))
+        if (attribute.tag == tag)
             return static_cast<quint32>(text(attribute, "FieldNumber").toInt());
     return 0;
 }

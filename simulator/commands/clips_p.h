@@ -5,7 +5,15 @@
 
 namespace simulator {
 
+class Audience;
+struct Refusal;
 struct ServerState;
+
+// Why a clip cannot be changed.
+Refusal fixed_clip(const ServerState& state, const QString& name);
+
+// Tells those who listen that there is more in a clip, or something else, and less room on the disks.
+void tell_written(ServerState& state, Audience& audience, const QString& clip);
 
 // The number of a clip's first field, in its own timecode.
 quint32 first_field(const Clip& clip);

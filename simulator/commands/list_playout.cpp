@@ -1,5 +1,7 @@
 // What only play lists do: their elements go on air, now or next, over a bed, in a loop.
+#include <simulator/commands/cues_p.h>
 #include <simulator/commands/loaded_lists_p.h>
+#include <simulator/commands/running_p.h>
 
 #include <algorithm>
 
@@ -23,7 +25,9 @@ Refusal put_on_air(Call& call, int channel, LoadedList& list, quint32 index, boo
         return refusal;
     cue.position =
         std::clamp<qint64>(static_cast<qint64>(cue.position) + call.distance("JogDistance"), 0, cue.length);
-    load(call, channel, std::move(cue), rolls ? QStringLiteral("play") : QStringLiteral("stop"));
+    load(call.state, call.audience, channel, std::move(cue),
+         rolls ? ChannelStatus::play : ChannelStatus::cueing);
+    tell_changes(call.state, call.audience, channel);
     list.air_now = index;
     list.air_next.reset();
     if (index + 1 < list.elements.size())

@@ -13,15 +13,9 @@ namespace simulator {
 namespace {
 
 constexpr quint64 disk_size = 8'000'000'000'000; // bytes
-constexpr quint64 field_size = 250'000;          // bytes: 100 Mbit/s at 50 fields a second
 constexpr int temperature = 385;                 // tenths of a degree Celsius
 constexpr quint32 io_latency = 4;                // fields
 constexpr quint32 melt_client = 1;
-
-quint64 available_space(ServerState& state)
-{
-    return disk_size - std::min(disk_size, state.clips.field_count() * field_size);
-}
 
 Refusal get_computer_name(Call& call)
 {
@@ -88,11 +82,11 @@ Refusal get_io_latency(Call& call)
 
 Refusal get_current_timecode(Call& call)
 {
-    const Cue& cue = channel_at(call.state, named_channels(call).front()).cue;
+    const Channel& channel = channel_at(call.state, named_channels(call).front());
     call.reply("channel_current_timecode", {child(call.arguments, "Channel"),
-                                            {"DisplayTimecode", display_timecode(call.state, cue)},
-                                            {"ClipLength", decimal(cue.length)},
-                                            {"ClipPosition", decimal(cue.position)}});
+                                            {"DisplayTimecode", display_timecode(call.state, channel)},
+                                            {"ClipLength", decimal(channel.cue.length)},
+                                            {"ClipPosition", decimal(channel.motion.field())}});
     return {};
 }
 
@@ -119,17 +113,27 @@ Refusal download_melts(Call& call)
 
 } // namespace
 
+quint64 available_space(const ServerState& state)
+{
+    return disk_size - std::min(disk_size, state.clips.field_count() * field_size);
+}
+
 std::vector<Element> no_timecode()
 {
     return {{"Valid", truth(false)}};
 }
 
-std::vector<Element> display_timecode(ServerState& state, const Cue& cue)
+std::vector<Element> input_timecode(const ServerState&)
 {
-    if (cue.clip.isEmpty())
+    return no_timecode();
+}
+
+std::vector<Element> display_timecode(ServerState& state, const Channel& channel)
+{
+    if (channel.cue.clip.isEmpty())
         return no_timecode();
-    quint32 field = cue.position;
-    if (const Clip* clip = cue.is_virtual ? nullptr : state.clips.clip(cue.clip))
+    quint32 field = channel.motion.field();
+    if (const Clip* clip = channel.cue.is_virtual ? nullptr : state.clips.clip(channel.cue.clip))
         field += first_field(*clip); // wraps, as a field number does
     return {{"Valid", truth(true)},
             {"VideoStandard", state.configuration.effective("VideoStandard")},

@@ -1,7 +1,9 @@
 // Transport of channels, one by one and in sets. The commands for sets are those for one channel: all
 // channels must be fit for it, or none of them moves.
-#include <simulator/commands/channels_p.h>
+#include <simulator/catalogue_p.h>
 #include <simulator/commands/clips_p.h>
+#include <simulator/commands/cues_p.h>
+#include <simulator/commands/running_p.h>
 #include <simulator/server_state_p.h>
 
 #include <algorithm>
@@ -33,40 +35,25 @@ Refusal on_channels(Call& call, Needs needs, Act act)
         if (Refusal refusal = unfit(call, channel, needs))
             return refusal;
     for (const int channel : channels) {
-        act(channel_at(call.state, channel));
+        act(channel);
         tell_changes(call.state, call.audience, channel);
     }
     return {};
 }
 
-void run(Call& call, Channel& channel)
+// The same, where nothing is to be done but to what the channel is.
+template <class Act>
+Refusal set_channels(Call& call, Needs needs, Act act)
 {
+    return on_channels(call, needs, [&](int channel) { act(channel_at(call.state, channel)); });
+}
+
+void run(Call& call, int channel)
+{
+    Channel& at = channel_at(call.state, channel);
     if (call.has("Speed"))
-        channel.cue.speed = to_speed(call.text("Speed")).value_or(normal_speed);
-    channel.status = QStringLiteral("play");
-    channel.speed = channel.cue.speed;
-    if (!channel.cue.is_virtual)
-        stamp_clip(call.state, channel.cue.clip, "PlayedStamp");
-}
-
-void halt(Channel& channel)
-{
-    channel.status = QStringLiteral("stop");
-    channel.speed = 0;
-}
-
-// A clip that is being recorded has no end yet.
-void go_to(Channel& channel, qint64 position)
-{
-    channel.cue.position = static_cast<quint32>(std::clamp<qint64>(position, 0, channel.cue.length));
-}
-
-void roll_precued(Channel& channel)
-{
-    channel.cue = channel.precued.front();
-    channel.precued.pop_front();
-    channel.status = QStringLiteral("play");
-    channel.speed = channel.cue.speed;
+        at.cue.speed = to_speed(call.text("Speed")).value_or(normal_speed);
+    roll(call.state, call.audience, channel);
 }
 
 Refusal cue_clip(Call& call)
@@ -78,45 +65,47 @@ Refusal cue_clip(Call& call)
     const bool is_virtual = call.text("ClipScope") == QLatin1String("vclip");
     if (Refusal refusal = make_cue(call.state, call.text("ClipID"), is_virtual, call.arguments, cue))
         return refusal;
-    load(call, channel, std::move(cue), QStringLiteral("stop"));
+    load(call.state, call.audience, channel, std::move(cue));
+    tell_changes(call.state, call.audience, channel);
     return {};
 }
 
 Refusal play(Call& call)
 {
-    return on_channels(call, Needs::Clip, [&](Channel& channel) { run(call, channel); });
+    return on_channels(call, Needs::Clip, [&](int channel) { run(call, channel); });
 }
 
 Refusal stop(Call& call)
 {
-    return on_channels(call, Needs::Clip, halt);
+    return on_channels(call, Needs::Clip, [&](int channel) { halt(call.state, call.audience, channel); });
 }
 
 Refusal jog(Call& call)
 {
-    return on_channels(call, Needs::Clip, [&](Channel& channel) {
-        halt(channel);
-        go_to(channel, static_cast<qint64>(channel.cue.position) + call.distance("JogDistance"));
+    return on_channels(call, Needs::Clip, [&](int channel) {
+        Channel& at = channel_at(call.state, channel);
+        stand(call.state, call.audience, channel);
+        go_to(at, static_cast<qint64>(at.motion.field()) + call.distance("JogDistance"));
     });
 }
 
 Refusal gotocmd(Call& call)
 {
-    return on_channels(call, Needs::Clip, [&](Channel& channel) {
-        halt(channel);
-        go_to(channel, call.required_number("GotoPosition"));
+    return on_channels(call, Needs::Clip, [&](int channel) {
+        stand(call.state, call.audience, channel);
+        go_to(channel_at(call.state, channel), call.required_number("GotoPosition"));
     });
 }
 
 Refusal go_at(Call& call)
 {
-    return on_channels(call, Needs::Clip, [&](Channel& channel) {
-        go_to(channel, call.required_number("GotoPosition"));
+    return on_channels(call, Needs::Clip, [&](int channel) {
         run(call, channel);
+        go_to(channel_at(call.state, channel), call.required_number("GotoPosition"));
     });
 }
 
-// As near to a clip's end as the delay lets it.
+// As near to a clip's end as the delay lets it, and on from there while the clip grows.
 Refusal go_live(Call& call)
 {
     const int channel = named_channels(call).front();
@@ -127,33 +116,45 @@ Refusal go_live(Call& call)
         cue = channel_at(call.state, channel).cue;
     else if (Refusal refusal = make_cue(call.state, call.text("ClipID"), false, call.arguments, cue))
         return refusal;
+    if (channel_at(call.state, channel).status == ChannelStatus::record &&
+        cue.clip == channel_at(call.state, channel).cue.clip)
+        return refuse(QStringLiteral("channel %1 itself records the clip").arg(channel_name(channel)));
     cue.angle = call.number("Angle").value_or(cue.angle);
+    cue.speed = normal_speed;
     cue.position = cue.length - std::min(cue.length, call.number("TimeDelay").value_or(0));
-    load(call, channel, std::move(cue),
-         call.has("TimeDelay") ? QStringLiteral("timedelay") : QStringLiteral("play"));
+    load(call.state, call.audience, channel, std::move(cue),
+         call.has("TimeDelay") ? ChannelStatus::timedelay : ChannelStatus::play);
+    tell_changes(call.state, call.audience, channel);
     return {};
 }
 
 Refusal unload(Call& call)
 {
-    return on_channels(call, Needs::Nothing, [&](Channel& channel) {
-        if (!channel.cue.clip.isEmpty() && !channel.cue.is_virtual)
-            stamp_clip(call.state, channel.cue.clip, "UnloadedStamp");
-        channel.cue = {};
-        channel.status = QStringLiteral("idle");
-        channel.speed = 0;
-    });
+    return on_channels(call, Needs::Nothing, [&](int channel) { clear(call.state, call.audience, channel); });
+}
+
+// The speed of what comes on air after something that ran at `before`.
+qint32 following_speed(const QString& how, qint32 own, qint32 before)
+{
+    if (how == QLatin1String("oneX") || (how == QLatin1String("smart") && before == 0))
+        return normal_speed;
+    return how == QLatin1String("follow") || how == QLatin1String("smart") ? before : own;
 }
 
 // What waits goes on air; with nothing that waits, what is loaded.
 Refusal take(Call& call)
 {
-    const bool waits = !channel_at(call.state, named_channels(call).front()).precued.empty();
-    return on_channels(call, waits ? Needs::Precued : Needs::Clip, [&](Channel& channel) {
+    const int channel = named_channels(call).front();
+    Channel& at = channel_at(call.state, channel);
+    const bool waits = !at.precued.empty();
+    return on_channels(call, waits ? Needs::Precued : Needs::Clip, [&](int) {
+        const qint32 before = at.speed;
         if (waits)
-            roll_precued(channel);
-        else
-            run(call, channel);
+            roll_precued(call.state, call.audience, channel);
+        at.cue.speed = following_speed(call.text("FollowSpeed"), at.cue.speed, before);
+        roll(call.state, call.audience, channel);
+        if (call.text("TransitionType") == QLatin1String("dissolve"))
+            at.transition = call.number("TransitionDuration").value_or(0);
     });
 }
 
@@ -165,29 +166,35 @@ Refusal precue(Call& call)
     Channel& at = channel_at(call.state, channel);
     if (at.precued.size() == most_precued)
         return refuse(QStringLiteral("too much waits on channel %1").arg(channel_name(channel)));
-    Cue cue;
-    if (Refusal refusal = make_cue(call.state, call.text("ClipID"), false, call.arguments, cue))
+    Precued precued;
+    if (Refusal refusal = make_cue(call.state, call.text("ClipID"), false, call.arguments, precued.cue))
         return refusal;
+    Cue& cue = precued.cue;
     if (const auto length = call.number("ClipLength"))
         cue.out_point = cue.position + std::min(*length, cue.length - cue.position);
-    at.precued.push_back(std::move(cue));
+    if (call.has("PrecueCondition"))
+        precued.when = static_cast<PrecueCondition>(
+            Catalogue::get().value("PrecueCondition", call.text("PrecueCondition")));
+    at.precued.push_back(std::move(precued));
     tell_changes(call.state, call.audience, channel);
     return {};
 }
 
 Refusal precue_activate(Call& call)
 {
-    return on_channels(call, Needs::Precued, roll_precued);
+    return on_channels(call, Needs::Precued,
+                       [&](int channel) { roll_precued(call.state, call.audience, channel); });
 }
 
 Refusal precue_clear(Call& call)
 {
-    return on_channels(call, Needs::Nothing, [](Channel& channel) { channel.precued.clear(); });
+    return set_channels(call, Needs::Nothing, [](Channel& channel) { channel.precued.clear(); });
 }
 
 Refusal set_loop(Call& call)
 {
-    return on_channels(call, Needs::Clip, [&](Channel& channel) { channel.cue.loop = call.text("Loop"); });
+    const auto loop = static_cast<Loop>(Catalogue::get().value("Loop", call.text("Loop")));
+    return set_channels(call, Needs::Clip, [&](Channel& channel) { channel.cue.loop = loop; });
 }
 
 constexpr char loop_in[] = "LoopIn", loop_out[] = "LoopOut", clip_position[] = "ClipPosition";
@@ -196,7 +203,7 @@ constexpr char loop_in[] = "LoopIn", loop_out[] = "LoopOut", clip_position[] = "
 template <std::optional<quint32> Cue::*point, const char* tag>
 Refusal set_point(Call& call)
 {
-    return on_channels(call, Needs::Clip, [&](Channel& channel) {
+    return set_channels(call, Needs::Clip, [&](Channel& channel) {
         channel.cue.*point = std::min(call.required_number(tag), channel.cue.length);
     });
 }
@@ -204,29 +211,40 @@ Refusal set_point(Call& call)
 template <std::optional<quint32> Cue::*point>
 Refusal clear_point(Call& call)
 {
-    return on_channels(call, Needs::Clip, [](Channel& channel) { (channel.cue.*point).reset(); });
+    return set_channels(call, Needs::Clip, [](Channel& channel) { (channel.cue.*point).reset(); });
 }
 
 Refusal iso_angle(Call& call)
 {
-    return on_channels(call, Needs::Clip,
-                       [&](Channel& channel) { channel.cue.angle = call.required_number("Angle"); });
+    const int channel = named_channels(call).front();
+    const quint32 angle = call.required_number("Angle");
+    const Cue& cue = channel_at(call.state, channel).cue;
+    if (!cue.clip.isEmpty() && angle >= angle_count(call.state, cue))
+        return refuse(
+            QStringLiteral("the clip on channel %1 has no angle %2").arg(channel_name(channel)).arg(angle));
+    return set_channels(call, Needs::Clip, [&](Channel& at) { at.cue.angle = angle; });
 }
 
 Refusal ee(Call& call)
 {
-    return on_channels(call, Needs::Nothing, [&](Channel& channel) {
+    return set_channels(call, Needs::Nothing, [&](Channel& channel) {
         channel.ee_mask = call.required_number("SonyEditMask");
         channel.auto_ee = call.text("AutoEE") == QLatin1String("true");
     });
 }
 
+// Runs over what is in the clip, which must be one that can be changed.
 Refusal insert_edit(Call& call)
 {
-    return on_channels(call, Needs::Clip, [&](Channel& channel) {
-        channel.ee_mask = call.required_number("SonyEditMask");
-        channel.status = QStringLiteral("insert");
-        channel.speed = normal_speed;
+    for (const int channel : named_channels(call))
+        if (const Cue& cue = channel_at(call.state, channel).cue; !cue.clip.isEmpty() && !cue.is_virtual)
+            if (Refusal refusal = fixed_clip(call.state, cue.clip))
+                return refusal;
+    return on_channels(call, Needs::Clip, [&](int channel) {
+        Channel& at = channel_at(call.state, channel);
+        roll(call.state, call.audience, channel, ChannelStatus::insert);
+        at.speed = normal_speed;
+        at.ee_mask = call.required_number("SonyEditMask");
     });
 }
 
