@@ -86,6 +86,20 @@ bool take_clip_count(const QString& text, Settings& settings)
     return count.has_value();
 }
 
+bool take_channels(const QString& text, Settings& settings)
+{
+    const auto count = number<int>(text, 1);
+    settings.channels = count.value_or(1);
+    return count && *count <= 12;
+}
+
+bool take_pace(const QString& text, Settings& settings)
+{
+    bool good = false;
+    settings.pace = text.toDouble(&good);
+    return good && settings.pace >= 0 && settings.pace <= 1000;
+}
+
 bool take_flood(const QString& text, Settings& settings)
 {
     const bool unpaced = text == QLatin1String("max");
@@ -120,6 +134,8 @@ const std::vector<Row>& rows()
         {"address", "A", "listen on this address; 127.0.0.1 by default", take_address},
         {"port", "P", "listen on this TCP port; 8913 by default, 0 lets the system choose", take_port},
         {"name", "NAME", "the server's computer name", to_text(&Settings::computer_name)},
+        {"channels", "N", "the channels that it has, 12 by default", take_channels},
+        {"pace", "X", "X times real time: 60 is a minute a second, 0 stands still", take_pace},
         {"clips", "FILE", "the clips: one id to a line, 'directory/name'; '#' starts a comment", nullptr},
         {"clip-count", "N", "N made-up clips in the directory 'load'", take_clip_count},
 

@@ -19,6 +19,9 @@ struct ServerState
     explicit ServerState(const Settings& given)
         : settings(given), budget(given.max_state), clips(given.clips), configuration(given)
     {
+        for (std::size_t channel = static_cast<std::size_t>(given.channels); channel < channels.size();
+             ++channel)
+            channels[channel].status = ChannelStatus::nochannel;
     }
 
     const Settings& settings;

@@ -19,6 +19,7 @@ struct Settings
     QString version = QStringLiteral("4.12.0");         ///< answers `get_version_info`, `SVNVersion`
     QString version_path = QStringLiteral("trunk");     ///< `SVNPath`
     ClipStore clips = ClipStore::news();
+    int channels = 12; ///< that it has, from A on; 1 to 12
 
     /// How fast the server's time goes: 60 is a minute a second. At 0 it stands still but for Server::step().
     double pace = 1;

@@ -128,6 +128,8 @@ std::vector<int> named_channels(const Call& call)
 
 Refusal not_free(const Call& call, int channel)
 {
+    if (channel_at(call.state, channel).status == ChannelStatus::nochannel)
+        return refuse(QStringLiteral("the server has no channel %1").arg(channel_name(channel)));
     const Session* thief = channel_at(call.state, channel).thief;
     return thief && thief != &call.session
                ? refuse(QStringLiteral("another client has channel %1 to itself").arg(channel_name(channel)))

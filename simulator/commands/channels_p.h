@@ -69,7 +69,7 @@ Channel& channel_at(ServerState& state, int channel);
 // The channels that a command names, each once and in its order.
 std::vector<int> named_channels(const Call& call);
 
-// Why a client may not use a channel: another has stolen it.
+// Why a client may not use a channel: there is none, or another client has stolen it.
 Refusal not_free(const Call& call, int channel);
 
 // Tells those who listen what has changed in a channel's status, clip, position, speed and information.
