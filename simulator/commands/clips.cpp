@@ -378,7 +378,8 @@ quint32 first_field(const Clip& clip)
                                                                : "");
     for (const Element& attribute : clip.attributes)
         if (attribute.tag == tag)
-            return static_cast<quint32>(text(attribute, "FieldNumber").toInt());
+            return static_cast<quint32>(text(attribute, "FieldNumber").toInt()) +
+                   clip.attribute("TrimStart").toUInt();
     return 0;
 }
 

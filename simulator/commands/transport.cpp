@@ -19,12 +19,14 @@ enum class Needs { Nothing, Clip, Precued };
 // Why a channel cannot do it.
 Refusal unfit(const Call& call, int channel, Needs needs)
 {
+    if (Refusal refusal = not_free(call, channel))
+        return refusal;
     const Channel& at = channel_at(call.state, channel);
     if (needs == Needs::Clip && at.cue.clip.isEmpty())
         return refuse(QStringLiteral("nothing is loaded on channel %1").arg(channel_name(channel)));
     if (needs == Needs::Precued && at.precued.empty())
         return refuse(QStringLiteral("nothing waits on channel %1").arg(channel_name(channel)));
-    return not_free(call, channel);
+    return {};
 }
 
 template <class Act>
