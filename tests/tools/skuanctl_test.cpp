@@ -397,7 +397,7 @@ TEST_F(Skuanctl, CompletesInBash)
         const char* line; // up to the cursor
         const char* candidates;
     } rows[] = {
-        {"c", "clips call complete "},
+        {"c", "clips call capture complete "},
         {"--json --host h ver", "version "},
         {"--timeout ", ""},
         {"clips --", "--host --timeout --json --help "},

@@ -9,10 +9,11 @@ const std::vector<ExitRow>& exit_rows()
         {exit_ok, "ok", "done"},
         {exit_server_error, "server_error", "the server answered with an error"},
         {exit_usage, "usage", "bad usage, or commands that are not well-formed; nothing was sent"},
-        {exit_cannot_connect, "cannot_connect", "no connection to the server"},
+        {exit_cannot_connect, "cannot_connect", "no connection to the server, or none can be listened for"},
         {exit_timed_out, "timed_out", "connected, but what was waited for did not come in time"},
         {exit_connection_lost, "connection_lost", "the connection ended before the work was done"},
         {exit_cannot_write, "cannot_write", "the output could not be written"},
+        {exit_differs, "differs", "the other side did not say what the file has"},
         {exit_interrupted, "interrupted", "ended by Ctrl-C"},
     };
     return rows;

@@ -13,6 +13,7 @@ enum ExitCode {
     exit_timed_out = 4,
     exit_connection_lost = 5,
     exit_cannot_write = 6,
+    exit_differs = 7,
     exit_interrupted = 130, // as shells say it of a program that Ctrl-C ended
 };
 

@@ -22,6 +22,13 @@ std::optional<milliseconds> seconds(const QString& text)
     return milliseconds(std::llround(value * 1000));
 }
 
+std::optional<int> positive(const QString& text)
+{
+    bool good = false;
+    const int number = text.toInt(&good);
+    return good && number > 0 ? std::optional(number) : std::nullopt;
+}
+
 } // namespace
 
 const std::vector<OptionRow>& option_rows()
@@ -51,18 +58,35 @@ const std::vector<OptionRow>& option_rows()
          [](const QString&, Options& options) { return options.json = true; }},
         {{"count"},
          "N",
-         {"raw", "reports"},
-         "of raw and reports: stay until N reports have come",
-         [](const QString& text, Options& options) {
-             bool good = false;
-             options.count = text.toInt(&good);
-             return good && *options.count > 0;
-         }},
+         {"raw", "reports", "capture"},
+         "of raw and reports: stay until N reports have come; of capture:\nuntil N connections have closed",
+         [](const QString& text, Options& options) { return (options.count = positive(text)).has_value(); }},
         {{"listen"},
          "SECONDS",
          {"raw", "reports"},
          "of raw and reports: stay so long after the last answer, for reports",
          [](const QString& text, Options& options) { return (options.listen = seconds(text)).has_value(); }},
+        {{"bind"},
+         "ADDRESS",
+         {"capture", "replay"},
+         "of capture: listen here, at port 8913, and not at 127.0.0.1; of\nreplay: listen, and play the "
+         "server's side",
+         [](const QString& text, Options& options) {
+             options.bind = QHostAddress(text);
+             return !options.bind->isNull();
+         }},
+        {{"connection"},
+         "N",
+         {"replay"},
+         "of replay: only this connection of the file",
+         [](const QString& text, Options& options) {
+             return (options.connection = positive(text)).has_value();
+         }},
+        {{"paced"},
+         nullptr,
+         {"replay"},
+         "of replay: say nothing before its recorded time",
+         [](const QString&, Options& options) { return options.paced = true; }},
         {{"h", "help"},
          nullptr,
          {},

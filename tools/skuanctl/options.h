@@ -1,6 +1,7 @@
 // The command line as a value.
 #pragma once
 
+#include <QHostAddress>
 #include <QString>
 #include <QStringList>
 
@@ -17,6 +18,9 @@ struct Options
     bool json = false;
     std::optional<int> count;                        ///< stay for so many reports
     std::optional<std::chrono::milliseconds> listen; ///< stay for so long
+    std::optional<QHostAddress> bind;                ///< where to listen
+    std::optional<int> connection;                   ///< which one of a file; none: all
+    bool paced = false;
     bool help = false;
 
     const VerbRow* verb = nullptr; ///< null only if there is an error, or help on no verb is wanted

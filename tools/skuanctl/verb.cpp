@@ -26,6 +26,16 @@ const std::vector<VerbRow>& verb_rows()
          "print reports as they come, of these classes or of all, until\n"
          "Ctrl-C, --count or --listen ends it; reports --help lists them",
          "kind (report), name, values (by tag)", make_reports, reports_details, reports_candidates},
+        {"capture", "FILE", 1,
+         "stand between clients and the server, and write what they say to a\nnew file, until --count "
+         "connections have closed, or Ctrl-C",
+         "listening, port", make_capture},
+        {"replay", "FILE", 1,
+         "play the client's side of a captured conversation to the server, or\nwith --bind the server's "
+         "side to clients; the other side has to say\nthe same as it did, byte for byte",
+         "bytes, connections; or where it differs: line, connection, from,\nmessage (from 1), byte (from "
+         "0), expected, got; listening, port",
+         make_replay},
         {"complete", "-- WORD...", -1,
          "print what the last word may become, for the completion of\n"
          "shells; the words before it are those after skuanctl",

@@ -21,7 +21,8 @@ public:
     Verb& operator=(const Verb&) = delete;
     virtual ~Verb() = default;
 
-    /// Before there is a connection. False if the verb has failed already.
+    /// Before there is a connection. False if none is wanted: the verb has ended the run already, or goes
+    /// on with sockets of its own.
     virtual bool prepare() { return true; }
 
     /// The connection is there.
@@ -67,6 +68,8 @@ std::unique_ptr<Verb> make_clips(Program& program);
 std::unique_ptr<Verb> make_raw(Program& program);
 std::unique_ptr<Verb> make_call(Program& program);
 std::unique_ptr<Verb> make_reports(Program& program);
+std::unique_ptr<Verb> make_capture(Program& program);
+std::unique_ptr<Verb> make_replay(Program& program);
 std::unique_ptr<Verb> make_complete(Program& program);
 
 QString call_details(const QStringList& arguments, QString* error);
