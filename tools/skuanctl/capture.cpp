@@ -34,15 +34,15 @@ private:
 bool Capture::prepare()
 {
     const QStringList& arguments = program_.options().arguments;
-    clock_.start();
-    if (arguments.isEmpty())
+    if (arguments.isEmpty()) {
         program_.fail({exit_usage, QStringLiteral("no file is given"), {}});
-    else if (!listener_.start(program_)) // before the file, which is not to be left behind in vain
-        ;
-    else if (!file_.open(arguments.constFirst()))
-        program_.fail({exit_cannot_write, file_.error(), {}});
-    else
-        listener_.tell(program_);
+    } else if (listener_.start(program_)) { // before the file, which else would be left behind in vain
+        clock_.start();
+        if (file_.open(arguments.constFirst()))
+            listener_.tell(program_);
+        else
+            program_.fail({exit_cannot_write, file_.error(), {}});
+    }
     return false; // each client brings a connection of its own
 }
 

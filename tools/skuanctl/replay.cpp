@@ -83,10 +83,11 @@ QString Replay::check_file() const
 
 void Replay::show_same()
 {
-    program_.output().line(QStringLiteral("the same: %1 bytes, %2 connections")
-                               .arg(player_->bytes())
-                               .arg(player_->connections()),
-                           {{"bytes", player_->bytes()}, {"connections", player_->connections()}});
+    const int number = player_->connections();
+    const QString connections =
+        number == 1 ? QStringLiteral("1 connection") : QStringLiteral("%1 connections").arg(number);
+    program_.output().line(QStringLiteral("the same: %1 bytes, %2").arg(player_->bytes()).arg(connections),
+                           {{"bytes", player_->bytes()}, {"connections", number}});
     program_.done();
 }
 
