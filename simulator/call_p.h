@@ -98,6 +98,7 @@ CommandRows loaded_play_list_commands();
 CommandRows loaded_chase_list_commands();
 CommandRows list_reordering_commands();
 CommandRows list_playout_commands();
+CommandRows chasing_commands();
 CommandRows vclip_commands();
 CommandRows export_commands();
 CommandRows metadata_commands();

@@ -28,7 +28,7 @@ const Known* known_command(const QString& name)
         for (const auto family :
              {registration_commands, transport_commands, ownership_commands, clip_commands,
               play_list_commands, chase_list_commands, loaded_play_list_commands, loaded_chase_list_commands,
-              list_reordering_commands, list_playout_commands, vclip_commands, export_commands,
+              list_reordering_commands, list_playout_commands, chasing_commands, vclip_commands, export_commands,
               metadata_commands, userdict_commands, configuration_commands, machine_commands,
               logging_commands})
             for (const CommandRow& row : family())

@@ -4,6 +4,7 @@
 #include <simulator/budget_p.h>
 #include <simulator/clip_store.h>
 #include <simulator/commands/channels_p.h>
+#include <simulator/commands/chasing_p.h>
 #include <simulator/commands/configuration_p.h>
 #include <simulator/commands/lists_p.h>
 #include <simulator/commands/vclips_p.h>
@@ -30,6 +31,7 @@ struct ServerState
     ClipStore clips;
     std::array<Channel, channel_count> channels;
     Shelf<std::vector<Element>> play_lists{budget}, chase_lists{budget};
+    std::optional<ChaseTimecode> chase_timecode;
     Shelf<VirtualClip> vclips{budget};
     std::map<QString, Shelf<QString>> metadata; // by database; none of them is empty
     Shelf<QString> userdict{budget};

@@ -3,6 +3,7 @@
 
 #include <simulator/catalogue_p.h>
 #include <simulator/commands/cues_p.h>
+#include <simulator/commands/list_air_p.h>
 #include <simulator/commands/machine_p.h>
 #include <simulator/commands/running_p.h>
 #include <simulator/server_state_p.h>
@@ -68,8 +69,11 @@ Row info(ServerState& state, int channel)
                                      {"AudioTrackCount", decimal(audio_track_count)}});
     }
     const Row edit = {{"SonyEditMask", decimal(at.ee_mask)}, {"AutoEE", truth(at.auto_ee)}};
-    fields.insert(fields.end(), {{"EEStatus", edit},
-                                 {"PrecueCount", decimal(at.precued.size())},
+    fields.push_back({"EEStatus", edit});
+    if (const auto pair = program_pair(state, channel))
+        fields.insert(fields.end(), {{"ProgramChannel", channel_name(pair->program)},
+                                     {"PreviewChannel", channel_name(pair->preview)}});
+    fields.insert(fields.end(), {{"PrecueCount", decimal(at.precued.size())},
                                  {"StealStatus", at.steal_status},
                                  {"TransitionInProgress", truth(at.transition > 0)}});
     if (!at.cue.clip.isEmpty())
@@ -149,6 +153,7 @@ void tell_changes(ServerState& state, Audience& audience, int channel)
         audience.report(one.report, fields);
         told = std::move(fields);
     }
+    settle_lists(state, audience, channel);
 }
 
 void tell_state(Call& call, int channel, const QString& report_class)

@@ -31,6 +31,7 @@ struct Cue
     quint32 angle = 0;
 
     bool plays(const QString& name) const { return !is_virtual && clip == name; }
+    bool operator==(const Cue&) const = default;
 };
 
 // One that waits for its moment.
@@ -72,7 +73,8 @@ std::vector<int> named_channels(const Call& call);
 // Why a client may not use a channel: there is none, or another client has stolen it.
 Refusal not_free(const Call& call, int channel);
 
-// Tells those who listen what has changed in a channel's status, clip, position, speed and information.
+// Tells those who listen what has changed in a channel's status, clip, position, speed and information, and
+// in what its lists have on air.
 void tell_changes(ServerState& state, Audience& audience, int channel);
 
 // Tells one client the present state of one class of a channel's reports.

@@ -21,7 +21,8 @@ struct ListKind
 
     // Reports of the saved lists, and of those on channels.
     const char *created, *changed, *deleted;
-    const char *loaded, *unloaded, *exists, *inserted, *removed, *cleared, *air_now, *modified;
+    const char *loaded, *unloaded, *exists, *inserted, *removed, *cleared, *modified;
+    const char *air_now, *air_lock, *air_next; // the last two of play lists only
 
     // Where they are kept.
     Shelf<std::vector<Element>> ServerState::*saved;
@@ -50,8 +51,10 @@ inline constexpr ListKind play_list_kind = {
     .inserted = "channel_listplay_item_insert",
     .removed = "channel_listplay_item_remove",
     .cleared = "channel_listplay_clear_all",
-    .air_now = "channel_listplay_air_now",
     .modified = "channel_listplay_modified",
+    .air_now = "channel_listplay_air_now",
+    .air_lock = "channel_listplay_air_lock",
+    .air_next = "channel_listplay_air_next",
     .saved = &ServerState::play_lists,
     .on_channel = &Channel::play_list,
     .draft = &Session::play_list_draft,
@@ -78,13 +81,18 @@ inline constexpr ListKind chase_list_kind = {
     .inserted = "channel_chaseplay_item_insert",
     .removed = "channel_chaseplay_item_remove",
     .cleared = "channel_chaseplay_clear_all",
-    .air_now = "channel_chaseplay_air_now",
     .modified = "channel_chaseplay_modified",
+    .air_now = "channel_chaseplay_air_now",
+    .air_lock = nullptr,
+    .air_next = nullptr,
     .saved = &ServerState::chase_lists,
     .on_channel = &Channel::chase_list,
     .draft = &Session::chase_list_draft,
     .reordering = &Session::chase_list_reordering,
 };
+
+// Which element is meant; without an index none is.
+Element air_tag(const ListKind& kind, const std::optional<quint32>& index);
 
 Refusal no_such_list(const ListKind& kind, const QString& id);
 

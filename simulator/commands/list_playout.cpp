@@ -1,41 +1,11 @@
-// What only play lists do: their elements go on air, now or next, over a bed, in a loop.
-#include <simulator/commands/cues_p.h>
+// What clients do with play lists on air: they take an element, now or next, and set the bed and the loop.
+#include <simulator/commands/list_air_p.h>
 #include <simulator/commands/loaded_lists_p.h>
 #include <simulator/commands/running_p.h>
-
-#include <algorithm>
 
 namespace simulator {
 
 namespace {
-
-void tell_next(Call& call, int channel, const LoadedList& list)
-{
-    call.report("channel_listplay_air_next", {channel_tag(channel), air_tag(play_list_kind, list.air_next)});
-}
-
-Refusal put_on_air(Call& call, int channel, LoadedList& list, quint32 index, bool rolls)
-{
-    const Element& element = list.elements[index];
-    const Element& content = child(element, "ContentID");
-    const bool is_virtual = has(content, "VClipID");
-    Cue cue;
-    if (Refusal refusal =
-            make_cue(call.state, text(content, is_virtual ? "VClipID" : "ClipID"), is_virtual, element, cue))
-        return refusal;
-    cue.position =
-        std::clamp<qint64>(static_cast<qint64>(cue.position) + call.distance("JogDistance"), 0, cue.length);
-    load(call.state, call.audience, channel, std::move(cue),
-         rolls ? ChannelStatus::play : ChannelStatus::cueing);
-    tell_changes(call.state, call.audience, channel);
-    list.air_now = index;
-    list.air_next.reset();
-    if (index + 1 < list.elements.size())
-        list.air_next = index + 1;
-    call.report(play_list_kind.air_now, {channel_tag(channel), air_tag(play_list_kind, list.air_now)});
-    tell_next(call, channel, list);
-    return {};
-}
 
 Refusal bed(Call& call)
 {
@@ -48,29 +18,46 @@ Refusal bed(Call& call)
     });
 }
 
+bool is_roll(const Call& call)
+{
+    return call.text("Roll") == QLatin1String("roll");
+}
+
 Refusal list_take(Call& call)
 {
     return on_loaded(play_list_kind, call, [&](int channel, LoadedList& list) -> Refusal {
-        const quint32 next = list.air_next.value_or(list.air_now ? *list.air_now + 1 : 0);
-        if (next >= list.elements.size())
-            return refuse(
-                QStringLiteral("the play list on channel %1 is at its end").arg(channel_name(channel)));
-        return put_on_air(call, channel, list, next, true);
+        Upcoming next;
+        if (Refusal refusal = find_next(call.state, channel, next))
+            return refusal;
+        const bool rolls = rolls_by_itself(list, next.index);
+        put_on_air(call.state, call.audience, channel, std::move(next), rolls);
+        tell_changes(call.state, call.audience, channel);
+        return {};
     });
 }
 
 Refusal play_now(Call& call)
 {
-    return on_element(play_list_kind, call, [&](int channel, LoadedList& list, quint32 index) {
-        return put_on_air(call, channel, list, index, call.text("Roll") == QLatin1String("roll"));
+    return on_element(play_list_kind, call, [&](int channel, LoadedList& list, quint32 index) -> Refusal {
+        Upcoming element{index, {}};
+        if (Refusal refusal = cue_element(call.state, list.elements[index], element.cue))
+            return refusal;
+        const qint64 start = static_cast<qint64>(element.cue.position) + call.distance("JogDistance");
+        put_on_air(call.state, call.audience, channel, std::move(element), is_roll(call));
+        go_to(channel_at(call.state, channel), start);
+        tell_changes(call.state, call.audience, channel);
+        return {};
     });
 }
 
 Refusal play_next(Call& call)
 {
     return on_element(play_list_kind, call, [&](int channel, LoadedList& list, quint32 index) -> Refusal {
-        list.air_next = index;
-        tell_next(call, channel, list);
+        if (list.air.lock)
+            return not_open(play_list_kind, channel, list, *list.air.lock);
+        list.chosen = index;
+        list.chosen_rolls = is_roll(call);
+        tell_changes(call.state, call.audience, channel);
         return {};
     });
 }
@@ -80,6 +67,7 @@ Refusal list_set_loop(Call& call)
     return on_loaded(play_list_kind, call, [&](int channel, LoadedList& list) -> Refusal {
         list.loop = call.text("Loop");
         call.report("channel_listplay_loop", {channel_tag(channel), {"Loop", list.loop}});
+        tell_changes(call.state, call.audience, channel);
         return {};
     });
 }

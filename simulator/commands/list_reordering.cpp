@@ -48,6 +48,8 @@ Refusal reorder_finish(Call& call)
         for (const quint32 index : reordering.picked) {
             if (index >= picked.size())
                 return refuse(QStringLiteral("there is no element %1 to move").arg(index));
+            if (Refusal refusal = not_open(kind, channel, list, index))
+                return refusal;
             picked[index] = true;
         }
         if (before > list.elements.size())
@@ -67,13 +69,15 @@ Refusal reorder_finish(Call& call)
         for (const quint32 index : order)
             moved.push_back(std::move(list.elements[index]));
         list.elements = std::move(moved);
-        for (auto* index : {&list.air_now, &list.air_next})
+        for (auto* index : list.indices())
             if (*index)
                 *index = static_cast<quint32>(std::find(order.begin(), order.end(), **index) - order.begin());
 
         call.report(kind.cleared, {channel_tag(channel)});
         list.modified = true;
+        list.chase.is_ordered = false;
         tell_all(kind, call, channel);
+        tell_changes(call.state, call.audience, channel);
         return {};
     });
 }

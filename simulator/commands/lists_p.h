@@ -3,6 +3,7 @@
 
 #include <simulator/budget_p.h>
 
+#include <array>
 #include <optional>
 #include <vector>
 
@@ -28,6 +29,23 @@ struct Reordering
     Share share;
 };
 
+// Which elements of a list are on air, locked for it, and next. Without the first the list is off the air,
+// whatever the channel plays.
+struct OnAir
+{
+    std::optional<quint32> now{}, lock{}, next{};
+};
+
+// How far a chase list has followed the timecode.
+struct Chase
+{
+    std::optional<quint32> element{}; // whose time it is
+    bool is_black = true;         // nothing of it is to be seen: before it, behind its end, without a clip
+    bool stands = false;          // it was the chase that stopped the channel, so it may set it going again
+    std::vector<quint32> order{}; // the elements that have a trigger, in time's order
+    bool is_ordered = false;
+};
+
 // A copy of a saved list, at a channel's disposal.
 struct LoadedList
 {
@@ -35,10 +53,22 @@ struct LoadedList
     std::vector<Element> elements;
     Share share;
     bool modified = false;
-    std::optional<quint32> air_now{}, air_next{};
+    OnAir air{}, told{}; // what is, and what those who listen know
+
+    // Of a play list.
     QString mode = QStringLiteral("single_channel");
     QString loop = QStringLiteral("off");
     std::optional<Element> transition{}, bed{};
+    std::optional<quint32> chosen{}; // by a client, to be next
+    bool chosen_rolls = true;
+
+    Chase chase{}; // of a chase list
+
+    // Every place where an element is remembered by its index.
+    std::array<std::optional<quint32>*, 4> indices()
+    {
+        return {&air.now, &air.lock, &chosen, &chase.element};
+    }
 };
 
 // Tell one client what is loaded on a channel.

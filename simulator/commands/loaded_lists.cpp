@@ -2,6 +2,7 @@
 #include <simulator/commands/loaded_lists_p.h>
 
 #include <simulator/catalogue_p.h>
+#include <simulator/commands/list_air_p.h>
 #include <simulator/reading_p.h>
 
 namespace simulator {
@@ -27,9 +28,10 @@ void tell_list(const ListKind& kind, ServerState& state, int channel, Tell tell)
         tell(kind.loaded, {channel_tag(channel), {kind.id, loaded->id}});
     for (std::size_t i = 0; i < loaded->elements.size(); ++i)
         tell(kind.exists, {channel_tag(channel), index_tag(kind, i), loaded->elements[i]});
-    tell(kind.air_now, {channel_tag(channel), air_tag(kind, loaded->air_now)});
+    tell(kind.air_now, {channel_tag(channel), air_tag(kind, loaded->air.now)});
     if (plays) {
-        tell("channel_listplay_air_next", {channel_tag(channel), air_tag(kind, loaded->air_next)});
+        tell(kind.air_lock, {channel_tag(channel), air_tag(kind, loaded->air.lock)});
+        tell(kind.air_next, {channel_tag(channel), air_tag(kind, loaded->air.next)});
         tell("channel_listplay_loop", {channel_tag(channel), {"Loop", loaded->loop}});
     }
     tell(kind.modified, {channel_tag(channel), modified_tag(*loaded)});
@@ -41,6 +43,13 @@ void tell_one(const ListKind& kind, Call& call, int channel)
               [&](const char* report, const std::initializer_list<Element>& fields) {
                   call.audience.report_to(call.session, report, fields);
               });
+}
+
+// Whether a channel and its partner are program and preview may be told, too.
+void tell_pair(Call& call, int channel)
+{
+    tell_changes(call.state, call.audience, channel);
+    tell_changes(call.state, call.audience, channel ^ 1);
 }
 
 template <const ListKind& kind>
@@ -64,6 +73,7 @@ Refusal load_list(Call& call)
         call.report(kind.cleared, {channel_tag(channel)});
     loaded = std::move(list);
     tell_all(kind, call, channel);
+    tell_pair(call, channel);
     return {};
 }
 
@@ -81,6 +91,7 @@ Refusal unload(Call& call)
     return on_loaded(kind, call, [&](int channel, LoadedList&) -> Refusal {
         (channel_at(call.state, channel).*kind.on_channel).reset();
         call.report(kind.unloaded, {channel_tag(channel)});
+        tell_pair(call, channel);
         return {};
     });
 }
@@ -111,10 +122,10 @@ Refusal insert(Call& call)
         if (list.elements.size() == most_list_elements || !list.share.grow(weight(element)))
             return no_room();
         list.elements.insert(list.elements.begin() + index, element);
-        shift(list.air_now, index, true);
-        shift(list.air_next, index, true);
+        for (auto* remembered : list.indices())
+            shift(*remembered, index, true);
         call.report(kind.inserted, {channel_tag(channel), index_tag(kind, index), element});
-        set_modified(kind, call, channel, list, true);
+        edited(kind, call, channel, list);
         return {};
     });
 }
@@ -123,12 +134,18 @@ template <const ListKind& kind>
 Refusal remove(Call& call)
 {
     return on_element(kind, call, [&](int channel, LoadedList& list, quint32 index) -> Refusal {
+        if (index == list.air.now)
+            return refuse(QStringLiteral("element %1 of the %2 on channel %3 is on air")
+                              .arg(index)
+                              .arg(QLatin1String(kind.noun), channel_name(channel)));
+        if (Refusal refusal = not_open(kind, channel, list, index))
+            return refusal;
         list.share.grow(-weight(list.elements[index]));
         list.elements.erase(list.elements.begin() + index);
-        shift(list.air_now, index, false);
-        shift(list.air_next, index, false);
+        for (auto* remembered : list.indices())
+            shift(*remembered, index, false);
         call.report(kind.removed, {channel_tag(channel), index_tag(kind, index)});
-        set_modified(kind, call, channel, list, true);
+        edited(kind, call, channel, list);
         return {};
     });
 }
@@ -137,6 +154,8 @@ template <const ListKind& kind>
 Refusal modify(Call& call)
 {
     return on_element(kind, call, [&](int channel, LoadedList& list, quint32 index) -> Refusal {
+        if (Refusal refusal = not_open(kind, channel, list, index))
+            return refusal;
         Element element = list.elements[index];
         for (const Element& change : child(call.arguments, kind.change).children)
             element.set(change);
@@ -145,7 +164,7 @@ Refusal modify(Call& call)
             return no_room();
         list.elements[index] = element;
         call.report(kind.exists, {channel_tag(channel), index_tag(kind, index), element});
-        set_modified(kind, call, channel, list, true);
+        edited(kind, call, channel, list);
         return {};
     });
 }
@@ -174,8 +193,27 @@ Element air_tag(const ListKind& kind, const std::optional<quint32>& index)
     return {kind.air, inside};
 }
 
+Refusal not_open(const ListKind& kind, int channel, const LoadedList& list, quint32 index)
+{
+    return list.air.lock == index
+               ? refuse(QStringLiteral("element %1 of the %2 on channel %3 is locked for air")
+                            .arg(index)
+                            .arg(QLatin1String(kind.noun), channel_name(channel)))
+               : Refusal();
+}
+
+void edited(const ListKind& kind, Call& call, int channel, LoadedList& list)
+{
+    list.chase.is_ordered = false;
+    tell_changes(call.state, call.audience, channel);
+    set_modified(kind, call, channel, list, true);
+}
+
 void tell_all(const ListKind& kind, Call& call, int channel)
 {
+    foresee(call.state, channel);
+    if (auto& loaded = channel_at(call.state, channel).*kind.on_channel)
+        loaded->told = loaded->air;
     tell_list(kind, call.state, channel,
               [&](const char* report, const std::initializer_list<Element>& fields) {
                   call.report(report, fields);

@@ -7,9 +7,6 @@ namespace simulator {
 
 Element index_tag(const ListKind& kind, std::size_t index);
 
-// No index: nothing of the list is on air.
-Element air_tag(const ListKind& kind, const std::optional<quint32>& index);
-
 // Tells all who listen the whole list on a channel.
 void tell_all(const ListKind& kind, Call& call, int channel);
 
@@ -32,7 +29,13 @@ Refusal on_loaded(const ListKind& kind, Call& call, Act act)
     return on_loaded(kind, call, named_channels(call).front(), act);
 }
 
-// The same for one element, which must be there.
+// Why an element cannot be changed or moved: it is about to go on air.
+Refusal not_open(const ListKind& kind, int channel, const LoadedList& list, quint32 index);
+
+// The elements of a list are others now, or stand elsewhere.
+void edited(const ListKind& kind, Call& call, int channel, LoadedList& list);
+
+// The same as on_loaded() for one element, which must be there.
 template <class Act>
 Refusal on_element(const ListKind& kind, Call& call, Act act)
 {

@@ -1,8 +1,10 @@
 // From field to field: clips are made ready, run, loop, are recorded, and end.
 #include <simulator/commands/running_p.h>
 
+#include <simulator/commands/chasing_p.h>
 #include <simulator/commands/clips_p.h>
 #include <simulator/commands/cues_p.h>
+#include <simulator/commands/list_air_p.h>
 #include <simulator/commands/machine_p.h>
 #include <simulator/field_rate_p.h>
 #include <simulator/server_state_p.h>
@@ -15,11 +17,6 @@ namespace {
 
 constexpr quint32 cueing_time = 2; // fields
 
-bool is_writing(const Channel& channel)
-{
-    return channel.status == ChannelStatus::record || channel.status == ChannelStatus::insert;
-}
-
 bool waits_for(const Channel& channel, std::initializer_list<PrecueCondition> moments)
 {
     return !channel.precued.empty() &&
@@ -31,7 +28,7 @@ void reach_end(ServerState& state, Audience& audience, int channel)
 {
     if (waits_for(channel_at(state, channel), {PrecueCondition::end_of_clip, PrecueCondition::end_of_clip2}))
         roll_precued(state, audience, channel);
-    else
+    else if (!follow_element(state, audience, channel))
         halt(state, audience, channel);
 }
 
@@ -167,6 +164,7 @@ void clear(ServerState& state, Audience& audience, int channel)
     at.status = ChannelStatus::idle;
     at.speed = 0;
     at.transition = 0;
+    leave_air(at);
 }
 
 void record(ServerState& state, Audience& audience, int channel, const QString& clip, quint32 most)
@@ -186,6 +184,11 @@ bool is_recorded(const ServerState& state, const QString& clip)
     });
 }
 
+bool is_writing(const Channel& channel)
+{
+    return channel.status == ChannelStatus::record || channel.status == ChannelStatus::insert;
+}
+
 bool shows_input(const Channel& channel)
 {
     return is_writing(channel) || channel.ee_mask != 0 ||
@@ -199,12 +202,15 @@ bool run_channels(ServerState& state, Audience& audience)
     for (int channel = 0; channel < channel_count; ++channel)
         if (channel_at(state, channel).status == ChannelStatus::record)
             record_field(state, audience, channel);
+    lose_old_timecode(state, audience);
     bool more = false;
     for (int channel = 0; channel < channel_count; ++channel) {
         run(state, audience, channel);
+        chase(state, audience, channel);
         tell_changes(state, audience, channel);
         const Channel& at = channel_at(state, channel);
-        more = more || goes_on(at) || (shows_input(at) && audience.listens_to("channel_timecode", channel));
+        more = more || goes_on(at) || is_chasing(state, at) ||
+               (shows_input(at) && audience.listens_to("channel_timecode", channel));
     }
     return more;
 }

@@ -34,6 +34,9 @@ void record(ServerState& state, Audience& audience, int channel, const QString& 
 // Whether a channel records into the clip, so that its end is not there yet.
 bool is_recorded(const ServerState& state, const QString& clip);
 
+// Whether it writes into the clip that is on it.
+bool is_writing(const Channel& channel);
+
 // Whether a channel shows what is at its input.
 bool shows_input(const Channel& channel);
 

@@ -256,12 +256,6 @@ Refusal sync(Call&)
     return {};
 }
 
-Refusal sending_chase_ltcin(Call& call)
-{
-    call.report("chase_ltc_timecode", {child(call.arguments, "Timecode")});
-    return {};
-}
-
 } // namespace
 
 CommandRows transport_commands()
@@ -290,7 +284,6 @@ CommandRows transport_commands()
         {"ee", ee},
         {"insert_edit", insert_edit},
         {"sync", sync},
-        {"sending_chase_ltcin", sending_chase_ltcin},
 
         {"gang_play", play},
         {"gang_stop", stop},
