@@ -25,9 +25,9 @@ ask() {
     printf '\n'
     "$bin/skuanctl" --host "$host" --timeout 10 "$@"
 }
-ask name
-ask version
-ask clips
+ask info
+ask channel list
+ask clip list
 ask --json version
 ask call cue_clip Channel=A ClipID=news/weather_tonight Loop=loop
 ask --count 1 reports A:status # a registration begins with how things stand
@@ -37,7 +37,7 @@ echo
 echo "That was a program linked to libskuan.so, asking a server over TCP. What to try next:"
 printf '  %-32s %s\n' \
     "$bin/skuan-sim" "a server at 127.0.0.1 that stays; --help: how it can misbehave" \
-    "$bin/skuanctl clips" "ask it; --help: all that the command line can do" \
+    "$bin/skuanctl clip list" "ask it; --help: all that the command line can do" \
     "examples/" "small programs to start from, the smallest first" \
     "./dev test" "run every test"
 

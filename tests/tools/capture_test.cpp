@@ -266,8 +266,8 @@ TEST_F(Capture, WaitsNoLongerThanItWas)
 )");
     const Station mute(simulator::Faults{.mute = true}), cut(simulator::Faults{.close_after_bytes = 20});
     const auto play = [&](const Station& station, const char* limit, const char* connection) {
-        return support::run(program, {"--host", station.address().toString(), "--timeout", limit, "--paced",
-                                      "replay", name, "--connection", connection});
+        return support::run(program, {"--host", station.address().toString(), "--timeout", limit, "replay",
+                                      "--paced", name, "--connection", connection});
     };
     EXPECT_THAT(play(mute, "0.2", "7").err.toStdString(),
                 HasSubstr("within 0.2 s of the recorded time, in message 1"));

@@ -55,10 +55,14 @@ TEST_F(Skuanctl, PrintsWhatTheServerAnswers)
         QStringList arguments;
         QByteArray input, output;
     } rows[] = {
-        {{"name"}, "", "STUDIO <é>\n"},
-        {{"--json", "name"}, "", "{\"computer_name\":\"STUDIO <é>\"}\n"},
-        {{"version", "--json"}, "", "{\"path\":\"trunk\",\"version\":\"4.12.0\"}\n"},
-        {{"clips", "archive/1987"}, "", "archive/1987/opening_ceremony\narchive/1987/storm_footage_reel_3\n"},
+        {{"clip", "exists", "bars_and_tone"}, "", "true\n"},
+        {{"--json", "clip", "list", "archive/1987"},
+         "",
+         "{\"ClipID\":\"archive/1987/opening_ceremony\"}\n{\"ClipID\":\"archive/1987/"
+         "storm_footage_reel_3\"}\n"},
+        {{"clip", "list", "archive/1987"},
+         "",
+         "archive/1987/opening_ceremony\narchive/1987/storm_footage_reel_3\n"},
         {{"raw", ask_name}, "", read_back},
         {{"raw"}, QByteArray("\r\n ") + ask_name + "\n" + ask_name, read_back + read_back},
     };
@@ -80,14 +84,14 @@ TEST_F(Skuanctl, RefusesBadUsageBeforeItConnects)
         QByteArray input = {};
     } rows[] = {
         {"", "no verb is given"},
-        {"play", "there is no verb 'play'"},
-        {"name x", "what is 'x'?"},
-        {"--timeout nan name", "'nan' is no value for --timeout"},
-        {"--count 3 clips", "--count belongs to raw and reports"},
+        {"plai", "there is no verb 'plai'; did you mean play?"},
+        {"info x", "what is 'x'?"},
+        {"--timeout nan info", "'nan' is no value for --timeout"},
+        {"--count 3 clip list", "--count belongs to verbs that stay"},
         {"raw", "message 2 is not well-formed", QByteArray(ask_name) + "<cmd><xid>2</xid><a b='1'/></cmd>"},
         {"raw", "message 1 is not well-formed", "<cmd><xid>\xff</xid><sync></sync></cmd>"},
         {"raw <reply><xid>1</xid></reply>", "message 1 is no <cmd>"},
-        {"call", "no command is given"},
+        {"call", "call needs COMMAND"},
         {"call cue_clp", "there is no command 'cue_clp'; did you mean cue_clip?"},
         {"call cue_clp --help", "did you mean cue_clip?"},
         {"call sync ClipID=x", "sync takes no arguments"},
@@ -128,11 +132,11 @@ TEST_F(Skuanctl, RefusesBadUsageBeforeItConnects)
 TEST_F(Skuanctl, TellsWhyThereIsNoConnection)
 {
     const std::string here = support::own_loopback_address();
-    Ran ran = support::run(program, {"--host", here.c_str(), "--timeout", "7", "name"});
+    Ran ran = support::run(program, {"--host", here.c_str(), "--timeout", "7", "info"});
     EXPECT_EQ(ran.code, 3);
     EXPECT_EQ(ran.err, "skuanctl: cannot connect to " + QByteArray(here.c_str()) +
                            " port 8913 within 7 s: Connection refused\n");
-    ran = support::run(program, {"--json", "--host", "no such host", "name"});
+    ran = support::run(program, {"--json", "--host", "no such host", "info"});
     EXPECT_EQ(ran.code, 3);
     EXPECT_EQ(objects(ran.err).at(0)["error"], "cannot_connect");
     EXPECT_THAT(ran.err.toStdString(), HasSubstr("cannot find host no such host"));
@@ -148,13 +152,13 @@ TEST_F(Skuanctl, TellsHowAConversationFailed)
         QString error;
         const char* message;
     } rows[] = {
-        {{}, {"clips", "nowhere"}, 1, "server_error", "the server answered: no such directory"},
+        {{}, {"clip", "list", "nowhere"}, 1, "server_error", "the server answered: no such directory"},
         {{}, {"call", "download_clipids", "DirectoryName=nowhere"}, 1, "server_error", "no such directory"},
         {{}, {"raw", "<cmd><xid>1</xid><zap></zap></cmd>", ask_name}, 1, "", ""},
-        {Faults{.mute = true}, {"name"}, 4, "timed_out", "gave no answer within 0.3 s"},
+        {Faults{.mute = true}, {"info"}, 4, "timed_out", "gave no answer within 0.3 s"},
         {Faults{.mute = true}, {"raw", ask_name}, 4, "timed_out", "no answer"},
-        {Faults{.refuse = true}, {"name"}, 5, "connection_lost", "lost the connection"},
-        {Faults{.close_after_bytes = 20}, {"clips"}, 5, "connection_lost", "host closed"},
+        {Faults{.refuse = true}, {"info"}, 5, "connection_lost", "lost the connection"},
+        {Faults{.close_after_bytes = 20}, {"clip", "list"}, 5, "connection_lost", "host closed"},
     };
     const Station station;
     for (const auto& row : rows) {
@@ -222,7 +226,7 @@ private:
 
 TEST_F(Skuanctl, EndsAtBytesThatAreNoMessages)
 {
-    const Ran ran = ask(Scripted({"</oops>"}), {"--timeout", "20", "name"});
+    const Ran ran = ask(Scripted({"</oops>"}), {"--timeout", "20", "info"});
     EXPECT_EQ(ran.code, 5);
     EXPECT_THAT(ran.err.toStdString(), HasSubstr("it sent bytes that are no messages"));
 }
@@ -320,7 +324,7 @@ TEST_F(Skuanctl, PrintsReportsOfTheClassesAsked)
 
     const Scripted quiet({"<ok/>"}, report); // about clips there is nothing to tell on its own
     EXPECT_EQ(ask(quiet, {"--count", "2", "reports", "clip_change"}).out,
-              "channel_speed\n  Channel: A\n  Speed: -1.5\nconfig_changed\n");
+              "channel_speed Channel=A Speed=-1.5\nconfig_changed\n");
 
     const Scripted station({"<error><ErrorMessage>no</ErrorMessage><ErrorCode>general</ErrorCode></error>"});
     const Ran ran = ask(station, {"--json", "reports", "melt"});
@@ -353,10 +357,10 @@ TEST_F(Skuanctl, EndsQuietlyWithItsReaderAndLoudlyWithTheDisk)
     const auto shell = [&](const char* command) {
         return support::run("/bin/sh", {"-c", command, program, station.address().toString()});
     };
-    const Ran some = shell("\"$0\" --host \"$1\" clips | head -1");
+    const Ran some = shell("\"$0\" --host \"$1\" clip list | head -1");
     EXPECT_EQ(some.out, "load/clip_000000\n");
     EXPECT_EQ(some.err, "");
-    const Ran full = shell("\"$0\" --host \"$1\" clips > /dev/full");
+    const Ran full = shell("\"$0\" --host \"$1\" clip list > /dev/full");
     EXPECT_EQ(full.code, 6);
     EXPECT_EQ(full.err, "skuanctl: cannot write the output: No space left on device\n");
 }
@@ -367,14 +371,14 @@ TEST_F(Skuanctl, ShowsControlCharactersOnATerminalOnly)
     settings.clips = simulator::ClipStore();
     ASSERT_EQ(settings.clips.create_clip(QStringLiteral("a\\b\nc é")), simulator::ClipStore::Outcome::Done);
     const Station station(settings);
-    EXPECT_EQ(ask(station, {"clips"}).out, "a\\b\nc é\n");
+    EXPECT_EQ(ask(station, {"clip", "list"}).out, "a\\b\nc é\n");
 
     const Ran none = support::run("script", {"-qec", "true", "/dev/null"});
     if (none.code != 0)
         GTEST_SKIP() << "this machine gives no terminals: " << none.err.constData();
-    const QString clips = program + " " + to(station.address(), {"clips"}).join(' ');
+    const QString clips = program + " " + to(station.address(), {"clip", "list"}).join(' ');
     const Ran shown = support::run("script", {"-qec", clips, "/dev/null"});
-    EXPECT_EQ(shown.out, "a\\\\b\\nc é\r\n1 clip\r\n");
+    EXPECT_EQ(shown.out, "a\\\\b\\nc é\r\n");
 }
 
 TEST_F(Skuanctl, EndsAtCtrlC)
@@ -397,10 +401,15 @@ TEST_F(Skuanctl, CompletesInBash)
         const char* line; // up to the cursor
         const char* candidates;
     } rows[] = {
-        {"c", "clips call capture complete "},
-        {"--json --host h ver", "version "},
+        {"c", "channel cue clip chase config call capture complete "},
+        {"clip re", "rename "},
+        {"--json --host h inf", "info "},
         {"--timeout ", ""},
-        {"clips --", "--host --timeout --json --help "},
+        {"clip list --", "--host --timeout --json --help "},
+        {"clip create x --t", "--tracks --timeout "},
+        {"clip create x --tracks video,t", "video,timecode "},
+        {"play A,", "A,B A,C A,D A,E A,F A,G A,H A,I A,J A,K A,L "},
+        {"precue ", "A B C D E F G H I J K L activate clear "},
         {"call list_play_reorder_",
          "list_play_reorder_start list_play_reorder_item list_play_reorder_finish "},
         {"call play Channel=A ", "Speed= MinLatency "},

@@ -2,47 +2,44 @@
 #include <skuanctl/arguments.h>
 #include <skuanctl/call_help.h>
 #include <skuanctl/dialogue.h>
-#include <skuanctl/program.h>
+#include <skuanctl/message_text.h>
+#include <skuanctl/run.h>
 
 namespace {
 
 class Call : public Dialogue
 {
 public:
-    explicit Call(Program& program) : Dialogue(program, false) {}
+    using Dialogue::Dialogue;
 
     bool prepare() override
     {
-        const BuiltCommand built = build(program_.options().arguments);
-        if (!built.error.isEmpty()) {
-            program_.fail({exit_usage, built.error, {}});
-            return false;
-        }
-        set_commands({command_message(built.element, AString::l1("1"))});
+        const QStringList& words = run_.options().arguments;
+        const Command* const command = find_row(catalogue().commands, words.constFirst());
+        if (!command)
+            return refuse(no_such_command(words.constFirst()));
+        const BuiltCommand built = build_command(*command, words.mid(1));
+        if (!built.error.isEmpty())
+            return refuse(built.error);
+        set_steps({built.element});
         return true;
     }
 
 private:
-    static BuiltCommand build(const QStringList& words)
+    void show_reply(const XMLTree&, const XMLTree& body, const Reply* reply) override
     {
-        if (words.isEmpty())
-            return {{}, QStringLiteral("no command is given; call --help lists them")};
-        const Command* const command = find_row(catalogue().commands, words.constFirst());
-        return command ? build_command(*command, words.mid(1))
-                       : BuiltCommand{{}, no_such_command(words.constFirst())};
-    }
-
-    void show_reply(const XMLTree&, const XMLTree& body) override
-    {
-        if (!body.has_tag_z("error")) // which ends the run, and is told by its end
-            print_typed(program_, "reply", body);
+        static const Parts none;
+        const Parts& parts = reply ? reply->parts : none;
+        const QString name = body.get_tag();
+        run_.lines(QStringList(name) + lines_of(body, parts, 1),
+                   {{"kind", "reply"}, {"name", name}, {"values", values_of(body, parts)}});
     }
     void show_report(const XMLTree&, const XMLTree&) override {}
 };
 
 } // namespace
 
-std::unique_ptr<Verb> make_call(Program& program)
+std::unique_ptr<Verb> make_call(Run& run)
 {
-    return std::make_unique<Call>(program);
+    return std::make_unique<Call>(run);
 }

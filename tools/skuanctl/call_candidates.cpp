@@ -7,18 +7,6 @@
 
 namespace {
 
-/// Values that have names, and else none.
-QStringList values(const Tag& tag, const QString& begun)
-{
-    const bool is_list = tag.kind == Kind::container;
-    const Tag& member = is_list ? *tag.parts.front().tag : tag;
-    if (member.kind == Kind::boolean || member.kind == Kind::flag)
-        return {QStringLiteral("true"), QStringLiteral("false")};
-    if (!is_list)
-        return member.names;
-    return list_candidates(begun, member.names);
-}
-
 /// What comes behind the name of the tag in a word.
 QString sequel(const Tag& tag)
 {
@@ -76,7 +64,7 @@ QStringList call_candidates(const QStringList& before, const QString& word)
     const Tag* const tag = follow(command->parts, argument.path);
     QStringList all;
     if (tag)
-        for (const QString& value : values(*tag, *argument.value))
+        for (const QString& value : value_candidates(*tag, *argument.value))
             all += word.chopped(argument.value->size()) + value;
     return all;
 }

@@ -1,50 +1,75 @@
 // The verb complete: what the last word may become. Each shell's script asks it, so that none of them
 // knows the protocol.
 #include <skuanctl/complete.h>
-#include <skuanctl/program.h>
+#include <skuanctl/help.h>
+#include <skuanctl/run.h>
 
 namespace {
 
-const OptionRow* find_option(const QString& word)
+QStringList options_for(const Options& options)
 {
+    QStringList all;
+    for (const Word& word : options.form.options)
+        all += dashed(word.option);
     for (const OptionRow& row : option_rows())
-        for (const QString& name : row.names)
-            if (word == dashed(name))
-                return &row;
+        if (!options.verb || belongs(row, *options.verb))
+            all += dashed(row.names.constLast());
+    return all;
+}
+
+/// Null if the words do not end with an option that waits for its value.
+const Word* waiting_option(const Options& options, const QString& last)
+{
+    for (const Word& word : options.form.options)
+        if (last == dashed(word.option) && !word.placeholder.isEmpty())
+            return &word;
     return nullptr;
 }
 
-QStringList options_for(const VerbRow* verb)
+bool waits(const OptionRow& row, const QString& last)
 {
-    QStringList all;
-    for (const OptionRow& row : option_rows())
-        if (!verb || row.verbs.isEmpty() || row.verbs.contains(verb->name))
-            all += dashed(row.names.constLast());
-    return all;
+    return row.value && row.names.contains(last.mid(last.startsWith("--") ? 2 : 1));
+}
+
+QStringList values_of(const Word& word, const QString& begun)
+{
+    if (!word.tag)
+        return {};
+    return word.placeholder == QLatin1String("CHANNELS") ? list_candidates(begun, word.tag->names)
+                                                         : value_candidates(*word.tag, begun);
 }
 
 /// What may stand in place of the last word.
 QStringList candidates(const QStringList& words)
 {
     const QString word = words.isEmpty() ? QString() : words.constLast();
-    QStringList before; // the verb and its arguments
-    for (int i = 0; i + 1 < words.size(); ++i) {
-        const OptionRow* const option = find_option(words[i]);
-        if (option && option->value && ++i + 1 == words.size())
-            return {}; // the word is the option's value
-        if (!words[i].startsWith(QLatin1Char('-')) && !option)
-            before += words[i];
+    const QStringList before = words.mid(0, words.size() - 1);
+    const QString last = before.isEmpty() ? QString() : before.constLast();
+    const Options options = parse_options(QStringList("skuanctl") + before);
+    if (last.startsWith('-')) {
+        if (const Word* const option = waiting_option(options, last))
+            return values_of(*option, word);
+        for (const OptionRow& row : option_rows())
+            if (waits(row, last))
+                return {};
     }
-    const VerbRow* const verb = before.isEmpty() ? nullptr : find_verb(before.constFirst());
-    if (word.startsWith(QLatin1Char('-')))
-        return options_for(verb);
-    if (verb)
-        return verb->candidates ? verb->candidates(before.mid(1), word) : QStringList();
-    QStringList verbs;
-    if (before.isEmpty())
-        for (const VerbRow& row : verb_rows())
-            verbs += row.name;
-    return verbs;
+    if (word.startsWith('-'))
+        return options_for(options);
+    QStringList all;
+    if (options.arguments.isEmpty())
+        for (const VerbRow* const row : family(options.words))
+            all += QString::fromUtf8(row->name).section(' ', 1);
+    if (options.words.isEmpty())
+        return first_words();
+    if (!options.verb)
+        return all;
+    if (options.verb->candidates)
+        return options.verb->candidates(options.arguments, word);
+    const std::vector<Word>& places = options.form.places;
+    const auto at = static_cast<std::size_t>(options.arguments.size());
+    if (at < places.size())
+        all = values_of(places[at], word) + all;
+    return all;
 }
 
 class Complete : public Verb
@@ -54,12 +79,11 @@ public:
 
     bool prepare() override
     {
-        const QStringList& words = program_.options().arguments;
-        const QString word = words.isEmpty() ? QString() : words.constLast();
+        const QStringList& words = run_.options().arguments;
         for (const QString& candidate : candidates(words))
-            if (candidate.startsWith(word))
-                program_.output().line(candidate, {{"candidate", candidate}});
-        program_.done();
+            if (candidate.startsWith(words.constLast()))
+                run_.line(candidate, {{"candidate", candidate}});
+        run_.done();
         return false; // there is nothing to ask a server
     }
 
@@ -79,7 +103,16 @@ QStringList list_candidates(const QString& begun, const QStringList& names)
     return all;
 }
 
-std::unique_ptr<Verb> make_complete(Program& program)
+QStringList value_candidates(const Tag& tag, const QString& begun)
 {
-    return std::make_unique<Complete>(program);
+    const bool is_list = tag.kind == Kind::container;
+    const Tag& member = is_list ? *tag.parts.front().tag : tag;
+    if (member.kind == Kind::boolean || member.kind == Kind::flag)
+        return {QStringLiteral("true"), QStringLiteral("false")};
+    return is_list ? list_candidates(begun, member.names) : member.names;
+}
+
+std::unique_ptr<Verb> make_complete(Run& run)
+{
+    return std::make_unique<Complete>(run);
 }

@@ -1,7 +1,10 @@
-// What the verbs' own completions share.
+// What verbs share to complete words.
 #pragma once
 
-#include <QStringList>
+#include <skuanctl/catalogue.h>
 
-/// A list with commas that has begun, with each name in the place of its last one; none comes twice.
+/// A list with commas, of which the last name is begun: the names that are not in it may end it.
 QStringList list_candidates(const QString& begun, const QStringList& names);
+
+/// Values of the tag that have names; else none.
+QStringList value_candidates(const Tag& tag, const QString& begun);

@@ -1,122 +1,165 @@
 // The course of a dialogue. The catalogue tells which replies end their command.
-#include <skuanctl/catalogue.h>
 #include <skuanctl/dialogue.h>
 #include <skuanctl/message_text.h>
-#include <skuanctl/program.h>
+#include <skuanctl/run.h>
 
-namespace {
-
-/// A reply that is not known ends its command, so that nobody waits for what may not come.
-bool ends_command(const XMLTree& body)
-{
-    const Reply* const reply = find_row(catalogue().replies, body.get_tag());
-    return !reply || reply->ends;
-}
-
-} // namespace
-
-Dialogue::Dialogue(Program& program, bool stays) : Verb(program), stays_(stays)
+Dialogue::Dialogue(Run& run) : Verb(run)
 {
     listening_.setSingleShot(true);
-    QObject::connect(&listening_, &QTimer::timeout, &program, [this] { listened_long_enough(); });
+    QObject::connect(&listening_, &QTimer::timeout, &run, [this] { listened_long_enough(); });
+    hearing_.setSingleShot(true);
+    QObject::connect(&hearing_, &QTimer::timeout, &run,
+                     [this] { fail_short_of_reports(run_.options().timeout); });
+}
+
+void Dialogue::set_steps(const std::vector<XMLTree>& commands)
+{
+    in_steps_ = true;
+    commands_.clear();
+    for (const XMLTree& command : commands)
+        commands_.push_back(
+            command_message(command, AString::from_unsigned(static_cast<unsigned>(commands_.size() + 1))));
 }
 
 bool Dialogue::stays() const
 {
-    return stays_ || program_.options().count || program_.options().listen;
+    const Options& options = run_.options();
+    return options.verb->stay == Stay::always || options.count || options.listen;
 }
 
 bool Dialogue::has_all_reports() const
 {
-    const auto& count = program_.options().count;
+    const auto& count = run_.options().count;
     return count && reports_ >= *count;
 }
 
 void Dialogue::start()
 {
-    for (const Outgoing& command : commands_)
-        unanswered_.insert(command.xid);
-    for (const Outgoing& command : commands_)
-        program_.link().send_bytes(command.bytes);
+    do
+        if (sent_ < commands_.size())
+            send(commands_[sent_++]);
+    while (!in_steps_ && sent_ < commands_.size());
     if (unanswered_.empty())
         all_answered();
 }
 
-bool Dialogue::take(const XMLTree& message)
+void Dialogue::send(const Outgoing& command)
+{
+    unanswered_.insert(command.xid);
+    run_.link().send_bytes(command.bytes);
+}
+
+void Dialogue::take(const XMLTree& message)
 {
     const XMLTree& body = body_of(message);
-    if (message.has_tag_z("reply")) {
-        const AString xid = xid_of(message);
-        show_reply(message, body);
-        take_reply(xid, body);
-    } else if (!has_all_reports()) {
-        show_report(message, body);
-        ++reports_;
-        if (has_all_reports() && unanswered_.empty())
-            end();
-    }
-    return true;
+    if (message.has_tag_z("reply"))
+        take_reply(message, body);
+    else if (!has_all_reports())
+        take_report(message, body);
 }
 
-void Dialogue::take_reply(const AString& xid, const XMLTree& body)
+void Dialogue::take_report(const XMLTree& message, const XMLTree& body)
 {
-    const auto command = unanswered_.find(xid);
-    if (command == unanswered_.end()) {
-        if (xid.empty() && body.has_tag_z("error")) // of bytes that the server cannot read; it hangs up next
-            on_error_reply(body);
-        return;
+    show_report(message, body);
+    ++reports_;
+    if (hearing_.isActive())
+        hearing_.start();
+    if (has_all_reports() && unanswered_.empty() && sent_ == commands_.size())
+        finish();
+}
+
+const Reply* Dialogue::row_of(const XMLTree& body)
+{
+    if (!body.has_tag(last_tag_)) {
+        last_tag_ = body.get_tag();
+        last_reply_ = find_row(catalogue().replies, last_tag_);
     }
-    if (!ends_command(body))
+    return last_reply_;
+}
+
+void Dialogue::take_reply(const XMLTree& message, const XMLTree& body)
+{
+    const Reply* const reply = row_of(body);
+    const bool ends = !reply || reply->ends; // an unknown one too, so that nobody waits for what may not come
+    if (!ends)
+        return show_reply(message, body, reply);
+    const AString xid = xid_of(message);
+    const auto command = unanswered_.find(xid);
+    // An error without xid is about what the server cannot read; it hangs up next.
+    if (body.has_tag_z("error") && (command != unanswered_.end() || xid.empty())) {
+        was_error_ = true;
+        on_error_reply(message, body);
+    } else {
+        show_reply(message, body, reply);
+    }
+    if (command == unanswered_.end() || run_.is_over())
         return;
     unanswered_.erase(command);
-    if (body.has_tag_z("error")) {
-        was_error_ = true;
-        on_error_reply(body);
-    }
-    if (unanswered_.empty())
+    if (sent_ < commands_.size())
+        send(commands_[sent_++]);
+    else if (unanswered_.empty())
         all_answered();
 }
 
-void Dialogue::on_error_reply(const XMLTree& body)
+void Dialogue::show_report(const XMLTree&, const XMLTree& body)
 {
-    fail_as_server_said(body.get_subnode(AString::l1("ErrorMessage")).get_content(),
-                        body.get_subnode(AString::l1("ErrorCode")).get_content().despace());
+    print_report(run_, body);
+}
+
+void Dialogue::on_error_reply(const XMLTree&, const XMLTree& body)
+{
+    const QString said = body.get_subnode(AString::l1("ErrorMessage")).get_content();
+    const QString step = in_steps_ && commands_.size() > 1 ? QStringLiteral("step %1 of %2, %3: ")
+                                                                 .arg(sent_)
+                                                                 .arg(commands_.size())
+                                                                 .arg(QString(commands_[sent_ - 1].name))
+                                                           : QString();
+    run_.fail({exit_server_error, step + QStringLiteral("the server answered: ") + said,
+               body.get_subnode(AString::l1("ErrorCode")).get_content().despace()});
 }
 
 void Dialogue::all_answered()
 {
     if (!stays() || has_all_reports())
-        return end();
-    program_.link().stop_waiting();
-    if (program_.options().listen)
-        listening_.start(*program_.options().listen);
+        return finish();
+    const Options& options = run_.options();
+    run_.link().stop_waiting();
+    if (options.listen)
+        listening_.start(*options.listen);
+    if (options.has_timeout)
+        hearing_.start(options.timeout);
 }
 
 void Dialogue::listened_long_enough()
 {
-    if (!program_.options().count)
-        return end();
-    program_.fail({exit_timed_out,
-                   QStringLiteral("%1 of %2 reports came within %3")
-                       .arg(reports_)
-                       .arg(*program_.options().count)
-                       .arg(in_seconds(*program_.options().listen)),
-                   {}});
+    if (run_.options().count)
+        fail_short_of_reports(*run_.options().listen);
+    else
+        finish();
 }
 
-void Dialogue::end()
+void Dialogue::fail_short_of_reports(std::chrono::milliseconds within)
 {
-    program_.done(was_error_ ? exit_server_error : exit_ok);
+    const auto& count = run_.options().count;
+    const QString came = count ? QStringLiteral("%1 of %2 reports came").arg(reports_).arg(*count)
+                               : QStringLiteral("no report came");
+    run_.fail({exit_timed_out, came + QStringLiteral(" within ") + in_seconds(within), {}});
 }
 
-void print_typed(Program& program, const char* kind, const XMLTree& body)
+void Dialogue::finish()
+{
+    run_.done(was_error_ ? exit_server_error : exit_ok);
+}
+
+void print_report(Run& run, const XMLTree& body)
 {
     const QString name = body.get_tag();
-    const Reply* const reply = find_row(catalogue().replies, name);
     const Report* const report = find_row(catalogue().reports, name);
     static const Parts none;
-    const Parts& parts = reply ? reply->parts : report ? report->parts : none;
-    program.output().lines(
-        lines_of(body, parts),
-        {{"kind", QLatin1String(kind)}, {"name", name}, {"values", values_of(body, parts)}});
+    const Parts& parts = report ? report->parts : none;
+    if (run.options().json)
+        run.line({},
+                 {{"kind", QStringLiteral("report")}, {"name", name}, {"values", values_of(body, parts)}});
+    else
+        run.line(line_of(body, parts), {});
 }

@@ -1,52 +1,69 @@
-// What raw, call and reports have in common: commands go out, and what comes is shown until all of them
-// are answered and, where the run stays for reports, enough of these have come.
+// What the verbs that talk to a server have in common: commands go out, and what comes is shown until all of
+// them are answered and, where the run stays for reports, enough of these have come.
 #pragma once
 
+#include <skuanctl/catalogue.h>
 #include <skuanctl/messages.h>
 #include <skuanctl/verb.h>
 
+#include <QString>
 #include <QTimer>
 
+#include <chrono>
 #include <set>
 
 class Dialogue : public Verb
 {
 public:
-    /// `stays`: for reports, until Ctrl-C unless --count or --listen ends it. Without it the run stays only
-    /// if one of these is given.
-    Dialogue(Program& program, bool stays);
+    explicit Dialogue(Run& run);
 
     void start() override;
-    bool take(const XMLTree& message) final;
+    void take(const XMLTree& message) final;
 
 protected:
-    /// To be called before the connection is there.
+    /// To be called before the connection is there. All go out at once.
     void set_commands(std::vector<Outgoing> commands) { commands_ = std::move(commands); }
+
+    /// Each of the commands goes out when the one before is done, and after one that failed none does.
+    void set_steps(const std::vector<XMLTree>& commands);
 
     bool stays() const;
 
-    /// The message and what it is about, which is the null tree if it holds nothing.
-    virtual void show_reply(const XMLTree& message, const XMLTree& body) = 0;
-    virtual void show_report(const XMLTree& message, const XMLTree& body) = 0;
+    /// The message and what it is about, which is the null tree if it holds nothing. `reply` is the row of
+    /// the catalogue, null if it has none.
+    virtual void show_reply(const XMLTree& message, const XMLTree& body, const Reply* reply) = 0;
 
-    /// An `error` has answered a command, and may end the run; if it does not, the run still ends as one
-    /// with a server's error.
-    virtual void on_error_reply(const XMLTree& body);
+    /// By default in one line.
+    virtual void show_report(const XMLTree& message, const XMLTree& body);
+
+    /// An `error` has answered a command. By default it ends the run; if it does not, the run still ends as
+    /// one with a server's error.
+    virtual void on_error_reply(const XMLTree& message, const XMLTree& body);
+
+    /// All commands are done, and no report is waited for. By default the end of the run.
+    virtual void finish();
 
 private:
+    void send(const Outgoing& command);
+    const Reply* row_of(const XMLTree& body);
     bool has_all_reports() const;
-    void take_reply(const AString& xid, const XMLTree& body);
+    void take_reply(const XMLTree& message, const XMLTree& body);
+    void take_report(const XMLTree& message, const XMLTree& body);
     void all_answered();
     void listened_long_enough();
-    void end();
+    void fail_short_of_reports(std::chrono::milliseconds within);
 
-    const bool stays_;
     std::vector<Outgoing> commands_;
+    bool in_steps_ = false;
+    std::size_t sent_ = 0;
     std::multiset<AString> unanswered_; // xids; a script may well use one twice
     int reports_ = 0;
     bool was_error_ = false;
-    QTimer listening_;
+    QTimer listening_; // for all reports
+    QTimer hearing_;   // for the next one
+    AString last_tag_; // of a reply, and its row: a long listing looks for them once
+    const Reply* last_reply_ = nullptr;
 };
 
-/// Prints a reply or report in the form that was asked for, its values typed.
-void print_typed(Program& program, const char* kind, const XMLTree& body);
+/// Prints a report in one line.
+void print_report(Run& run, const XMLTree& body);

@@ -1,9 +1,85 @@
 // The help, from the tables of verbs, options and exit codes.
 #include <skuanctl/failure.h>
 #include <skuanctl/help.h>
+#include <skuanctl/value_text.h>
 #include <skuanctl/verb.h>
 
 namespace {
+
+/// "list, show, save"; empty for a verb of one word.
+QString second_words(const QString& first)
+{
+    QStringList words;
+    for (const VerbRow* const verb : family(first))
+        words += QString::fromUtf8(verb->name).section(' ', 1);
+    return words.join(QStringLiteral(", "));
+}
+
+QString general_help()
+{
+    QString text = QStringLiteral("usage: skuanctl [OPTION...] VERB [ARGUMENT...]\n"
+                                  "Asks and drives video disk servers over TCP, port 8913.\n"
+                                  "\nVerbs (VERB --help tells more, and so does man skuanctl):\n");
+    for (const QString& first : first_words()) {
+        const VerbRow* const verb = find_verb(first);
+        const QString more = second_words(first);
+        text += verb ? help_entry(*verb) : QString();
+        if (!more.isEmpty())
+            text += help_entry(first + " ...", more);
+    }
+    text += QStringLiteral("\nOptions:\n");
+    for (const OptionRow& row : option_rows())
+        text += help_entry(spelled(row), row.help);
+    text += QStringLiteral("\nExit codes, and the error that --json names:\n");
+    for (const ExitRow& row : exit_rows())
+        text += help_entry(QStringLiteral("%1 %2").arg(row.code, 3).arg(row.name), row.meaning);
+    return text + QStringLiteral("\nExamples:\n"
+                                 "  skuanctl --host studio-1,studio-2 info\n"
+                                 "  skuanctl --json clip list news | jq -r .ClipID\n"
+                                 "  skuanctl cue A news/opening --at 250 --loop loop\n"
+                                 "  skuanctl play A,B --speed 0.5\n"
+                                 "  skuanctl --count 1 --timeout 60 clip watch\n"
+                                 "  skuanctl list show evening --json | skuanctl list save copy\n"
+                                 "  skuanctl call cue_clip Channel=A ClipID=bars_and_tone Loop=loop\n");
+}
+
+QString family_help(const QString& first)
+{
+    QString text;
+    for (const VerbRow* const verb : family(first))
+        text += help_entry(*verb);
+    return text;
+}
+
+QString verb_help(const VerbRow& verb)
+{
+    const Form form = form_of(verb);
+    QString text = QStringLiteral("usage: skuanctl [OPTION...] %1\n%2\n").arg(usage(verb), verb.help);
+    if (!form.places.empty())
+        text += QStringLiteral("\nArguments, in brackets those that may be left out:\n");
+    for (const Word& word : form.places)
+        text += help_entry(spelled(word), meaning_of(word));
+    if (!form.options.empty())
+        text += QStringLiteral("\nOptions, beside those of all verbs:\n");
+    for (const Word& word : form.options)
+        text += help_entry(spelled(word), meaning_of(word));
+    if (const QString keys = keys_of(verb); !keys.isEmpty())
+        text += QStringLiteral("\nWith --json, the keys of each line:\n") + help_entry({}, keys);
+    if (const QString more = family_help(verb.name); !more.isEmpty())
+        text += QStringLiteral("\nBeside it:\n") + more;
+    return text;
+}
+
+} // namespace
+
+QStringList first_words()
+{
+    QStringList words;
+    for (const VerbRow& verb : verb_rows())
+        words += QString::fromUtf8(verb.name).section(' ', 0, 0);
+    words.removeDuplicates();
+    return words;
+}
 
 QString spelled(const OptionRow& row)
 {
@@ -13,43 +89,40 @@ QString spelled(const OptionRow& row)
     return names.join(", ") + (row.value ? QLatin1Char(' ') + QLatin1String(row.value) : QString());
 }
 
-QString general_help()
+QString meaning_of(const Word& word)
 {
-    QString text = QStringLiteral("usage: skuanctl [OPTION...] VERB [ARGUMENT...]\n"
-                                  "Asks a video disk server over TCP, port 8913.\n"
-                                  "\nVerbs:\n");
-    for (const VerbRow& verb : verb_rows())
-        text += help_entry(QStringLiteral("%1 %2").arg(verb.name, verb.arguments), verb.help);
-    text += QStringLiteral("\nOptions:\n");
-    for (const OptionRow& row : option_rows())
-        text += help_entry(spelled(row), row.help);
-    text += QStringLiteral("\nWith --json, the keys of each line:\n");
-    for (const VerbRow& verb : verb_rows())
-        text += help_entry(verb.name, verb.keys);
-    text += help_entry("any error", "error (see below), message, exit_code; code (the server's, if it\n"
-                                    "answered with an error)");
-    text += QStringLiteral("\nExit codes, and the error that --json names:\n");
-    for (const ExitRow& row : exit_rows())
-        text += help_entry(QStringLiteral("%1 %2").arg(row.code, 3).arg(row.name), row.meaning);
-    text += QStringLiteral(
-        "\nOn a terminal, control characters in names are shown as \\n, \\t or \\u{1b}, and a\n"
-        "backslash as \\\\. Elsewhere names are written as they are, in UTF-8; a name may hold\n"
-        "a line break, so a script that must be sure reads --json.\n"
-        "\nExamples:\n"
-        "  skuanctl --host studio-1 clips news\n"
-        "  skuanctl --json clips | jq -r .clip\n"
-        "  skuanctl call cue_clip Channel=A ClipID=bars_and_tone Loop=loop\n"
-        "  skuanctl --json reports A,B:status clip_change\n"
-        "  skuanctl raw '<cmd><xid>1</xid><get_computer_name></get_computer_name></cmd>'\n"
-        "  skuanctl --listen 60 raw < register.xml\n");
+    if (!word.tag)
+        return word.help;
+    QString text = word.tag->meaning;
+    if (word.placeholder.endsWith(QLatin1String("CHANNELS")))
+        text += QStringLiteral(" Several, as in A,B, act together.");
+    if (!word.placeholder.isEmpty() && word.tag->kind != Kind::string && word.tag->kind != Kind::record)
+        text += QStringLiteral(" (%1)").arg(wanted(*word.tag));
+    if (!word.fallback.isEmpty() && !word.placeholder.isEmpty())
+        text += QStringLiteral(" By default: %1.").arg(word.fallback);
     return text;
 }
 
-} // namespace
+QString keys_of(const VerbRow& verb)
+{
+    if (!*verb.command && *verb.shows && verb.stay == Stay::always)
+        return QStringLiteral("kind (report), name, values (by tag)");
+    if (!*verb.command || verb.stay == Stay::always)
+        return QString::fromUtf8(verb.shows);
+    QStringList keys;
+    for (const QString& name : commands_of(verb).front()->replies)
+        keys += names_of(find_row(catalogue().replies, name)->parts);
+    return keys.join(QStringLiteral(", "));
+}
+
+QString help_entry(const VerbRow& verb)
+{
+    return help_entry(usage(verb), verb.help);
+}
 
 QString help_entry(const QString& left, const QString& right)
 {
-    constexpr int margin = 26, width = 100;
+    constexpr int margin = 30, width = 100;
     QString text = QStringLiteral("  ") + left;
     bool begins = true;
     int column = text.size() < margin ? text.size() : width; // too long a name has a line to itself
@@ -73,6 +146,8 @@ QString help_entry(const QString& left, const QString& right)
 
 QString help_text(const Options& options, QString* error)
 {
-    return options.verb && options.verb->details ? options.verb->details(options.arguments, error)
-                                                 : general_help();
+    if (options.verb)
+        return options.verb->details ? options.verb->details(options.arguments, error)
+                                     : verb_help(*options.verb);
+    return options.words.isEmpty() ? general_help() : family_help(options.words);
 }

@@ -58,17 +58,15 @@ void Link::send_bytes(const QByteArray& messages)
     send(messages.constData(), static_cast<unsigned>(messages.size()));
 }
 
+// No command is issued through the base class, so no message is for it.
 bool Link::parse_intercept(const XMLTree& message)
 {
-    static const AString error = AString::l1("error");
     if (state_ == over)
         return true;
-    if (message.has_tag_z("reply")) {
-        answered_error_ = message.has_subnodes(error);
-        if (wait_.isActive())
-            wait_.start();
-    }
-    return take_(message);
+    if (wait_.isActive() && message.has_tag_z("reply"))
+        wait_.start();
+    take_(message);
+    return true;
 }
 
 void Link::on_connected()

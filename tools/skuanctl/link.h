@@ -15,8 +15,8 @@ class Link : public KVRP3::APIQt
 {
     Q_OBJECT
 public:
-    /// Sees each message as it comes; true keeps it from the callbacks of commands.
-    using Take = std::function<bool(const XMLTree& message)>;
+    /// Gets each message as it comes.
+    using Take = std::function<void(const XMLTree& message)>;
 
     /// `limit` is how long the connection may take, and then how long each answer.
     Link(const QString& host, std::chrono::milliseconds limit, Take take);
@@ -29,10 +29,6 @@ public:
 
     /// No answer is waited for any more; a lost connection is still told.
     void stop_waiting() { wait_.stop(); }
-
-    /// Whether the message at hand, or the last one, is the server's `error`. It tells that from the
-    /// error with which a lost connection ends a command.
-    bool answered_error() const { return answered_error_; }
 
 Q_SIGNALS:
     void ready();
@@ -56,6 +52,5 @@ private:
     const Take take_;
     State state_ = looking_up;
     QString place_; ///< who is meant, with the addresses that a name stands for
-    bool answered_error_ = false;
     QTimer wait_;
 };

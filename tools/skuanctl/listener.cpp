@@ -1,24 +1,29 @@
 // Listening, and saying where.
 #include <skuanctl/listener.h>
-#include <skuanctl/program.h>
+#include <skuanctl/run.h>
 
-bool Listener::start(Program& program)
+QHostAddress bind_address(const Options& options)
+{
+    return options.has("bind") ? QHostAddress(options.value("bind")) : QHostAddress(QHostAddress::LocalHost);
+}
+
+bool Listener::start(Run& run)
 {
     constexpr quint16 port = 8913;
-    const QHostAddress address = program.options().bind.value_or(QHostAddress(QHostAddress::LocalHost));
+    const QHostAddress address = bind_address(run.options());
     if (!listen(address, port)) {
-        program.fail({exit_cannot_connect,
-                      QStringLiteral("cannot listen on %1 port %2: %3")
-                          .arg(address.toString(), QString::number(port), errorString()),
-                      {}});
+        run.fail({exit_cannot_connect,
+                  QStringLiteral("cannot listen on %1 port %2: %3")
+                      .arg(address.toString(), QString::number(port), errorString()),
+                  {}});
         return false;
     }
     return true;
 }
 
-void Listener::tell(Program& program) const
+void Listener::tell(Run& run) const
 {
     const QString address = serverAddress().toString();
-    program.output().line(QStringLiteral("listening on %1 port %2").arg(address).arg(serverPort()),
-                          {{"listening", address}, {"port", serverPort()}});
+    run.line(QStringLiteral("listening on %1 port %2").arg(address).arg(serverPort()),
+             {{"listening", address}, {"port", serverPort()}});
 }

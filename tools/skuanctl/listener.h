@@ -1,13 +1,18 @@
 // Takes clients in a server's place.
 #pragma once
 
+#include <QHostAddress>
 #include <QTcpServer>
 
 #include <functional>
 
-class Program;
+class Run;
+struct Options;
 
-/// On the protocol's port, at --bind or else 127.0.0.1. Main thread.
+/// Where --bind says, or else 127.0.0.1.
+QHostAddress bind_address(const Options& options);
+
+/// On the protocol's port, at `bind_address`. Main thread.
 class Listener : public QTcpServer
 {
 public:
@@ -15,10 +20,10 @@ public:
     explicit Listener(std::function<void(qintptr socket)> take) : take_(std::move(take)) {}
 
     /// False if it cannot: then it has ended the run.
-    bool start(Program& program);
+    bool start(Run& run);
 
     /// Prints where clients find it. To be called once all is ready for them.
-    void tell(Program& program) const;
+    void tell(Run& run) const;
 
 private:
     void incomingConnection(qintptr socket) override { take_(socket); }

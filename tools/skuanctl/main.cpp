@@ -1,4 +1,4 @@
-// skuanctl: asks a video disk server from the command line.
+// skuanctl: asks and drives video disk servers from the command line.
 #include <skuanctl/help.h>
 #include <skuanctl/program.h>
 

@@ -3,6 +3,7 @@
 #include <skuanctl/value_text.h>
 
 #include <QJsonArray>
+#include <QRegularExpression>
 
 namespace {
 
@@ -13,32 +14,73 @@ QString unknown_text(const XMLTree& element)
                                   : QString(element.get_content());
 }
 
-/// Members of a container that have names, in one line; the form in which they are given, too.
-QString joined(const XMLTree& container)
+/// "title=Storm", "video=10".
+QString joined_parts(const XMLTree& record, const Tag& tag)
+{
+    QStringList values;
+    for (const XMLTree& child : record.get_subnodes())
+        values += text_of(child, find_tag(tag.parts, child.get_tag()));
+    return values.join(QLatin1Char('='));
+}
+
+/// Members of a container in one line; the form in which named ones are given, too.
+QString joined(const XMLTree& container, const Tag& member)
 {
     QStringList members;
-    for (const XMLTree& member : container.get_subnodes())
-        members += QString(member.get_content().despace());
+    for (const XMLTree& one : container.get_subnodes())
+        members += text_of(one, &member);
     return members.join(QLatin1Char(','));
+}
+
+bool has_named_members(const Tag& tag)
+{
+    return tag.kind == Kind::container && tag.parts.front().tag->kind == Kind::enumeration;
+}
+
+bool has_plain_members(const Tag& tag)
+{
+    const Tag* const member = tag.kind == Kind::container ? tag.parts.front().tag : nullptr;
+    return member && member->kind != Kind::record && member->kind != Kind::container;
 }
 
 void add_lines(const XMLTree& element, const Tag* tag, int depth, QStringList& lines)
 {
     const QString head = QString(depth * 2, QLatin1Char(' ')) + QString(element.get_tag()) + QLatin1Char(':');
-    const auto add_value = [&](const QString& value) { lines += head + QLatin1Char(' ') + value; };
-    if (!tag)
-        return add_value(unknown_text(element));
-    if (tag->kind == Kind::flag)
-        return add_value(QStringLiteral("true"));
-    if (tag->kind == Kind::container && tag->parts.front().tag->kind == Kind::enumeration)
-        return add_value(joined(element));
-    if (tag->kind == Kind::string)
-        return add_value(element.get_content());
-    if (tag->kind != Kind::record && tag->kind != Kind::container)
-        return add_value(element.get_content().despace());
+    if (!tag || has_named_members(*tag) || (tag->kind != Kind::record && tag->kind != Kind::container)) {
+        lines += head + QLatin1Char(' ') + text_of(element, tag);
+        return;
+    }
     lines += head;
     for (const XMLTree& child : element.get_subnodes())
         add_lines(child, find_tag(tag->parts, child.get_tag()), depth + 1, lines);
+}
+
+/// As a shell takes it.
+QString quoted(const QString& text)
+{
+    static const QRegularExpression plain(QStringLiteral("^[A-Za-z0-9_./:,@%+-]+$"));
+    if (plain.match(text).hasMatch())
+        return text;
+    return '\'' + QString(text).replace('\'', QLatin1String("'\\''")) + '\'';
+}
+
+void add_words(const XMLTree& element, const Tag* tag, const QString& path, QStringList& words)
+{
+    const QString name = path + QString(element.get_tag());
+    if (tag && tag->kind == Kind::flag) {
+        words += name;
+    } else if (!tag || has_named_members(*tag) ||
+               (tag->kind != Kind::record && tag->kind != Kind::container)) {
+        words += name + '=' + quoted(text_of(element, tag));
+    } else if (has_plain_members(*tag)) {
+        for (const XMLTree& member : element.get_subnodes())
+            words += name + '=' + quoted(text_of(member, tag->parts.front().tag));
+    } else {
+        if (!element.has_subnodes())
+            words += name;
+        for (const XMLTree& child : element.get_subnodes())
+            add_words(child, find_tag(tag->parts, child.get_tag()), name + '.', words);
+    }
 }
 
 QJsonValue value_of(const XMLTree& element, const Tag* tag)
@@ -57,12 +99,38 @@ QJsonValue value_of(const XMLTree& element, const Tag* tag)
 
 } // namespace
 
-QStringList lines_of(const XMLTree& body, const Parts& parts)
+QString text_of(const XMLTree& element, const Tag* tag)
 {
-    QStringList lines{QString(body.get_tag())};
+    if (!tag)
+        return unknown_text(element);
+    switch (tag->kind) {
+    case Kind::flag:
+        return QStringLiteral("true");
+    case Kind::string:
+        return element.get_content();
+    case Kind::container:
+        return joined(element, *tag->parts.front().tag);
+    case Kind::record:
+        return joined_parts(element, *tag);
+    default:
+        return element.get_content().despace();
+    }
+}
+
+QStringList lines_of(const XMLTree& body, const Parts& parts, int depth)
+{
+    QStringList lines;
     for (const XMLTree& child : body.get_subnodes())
-        add_lines(child, find_tag(parts, child.get_tag()), 1, lines);
+        add_lines(child, find_tag(parts, child.get_tag()), depth, lines);
     return lines;
+}
+
+QString line_of(const XMLTree& body, const Parts& parts)
+{
+    QStringList words{QString(body.get_tag())};
+    for (const XMLTree& child : body.get_subnodes())
+        add_words(child, find_tag(parts, child.get_tag()), {}, words);
+    return words.join(QLatin1Char(' '));
 }
 
 QJsonObject values_of(const XMLTree& body, const Parts& parts)

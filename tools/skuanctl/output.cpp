@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <utility>
 
 namespace {
 
@@ -56,41 +57,64 @@ QString made_visible(const QString& text)
     return visible;
 }
 
-Output::Output(bool json) : json_(json), to_terminal_(is_terminal(stdout))
+Output::Output(bool json)
+    : json_(json), to_terminal_(is_terminal(stdout)), shows_progress_(is_terminal(stderr) && !to_terminal_)
 {
     flush_timer_.setSingleShot(true);
     connect(&flush_timer_, &QTimer::timeout, this, &Output::flush);
 }
 
-void Output::line(const QString& text, const QJsonObject& object)
+Output::~Output()
 {
-    lines({text}, object);
+    end_progress();
 }
 
-void Output::lines(const QStringList& texts, const QJsonObject& object)
+void Output::text(const QString& text)
 {
-    if (json_)
-        return write(json_line(object));
-    for (const QString& text : texts)
-        write((to_terminal_ ? made_visible(text) : text).toUtf8() + '\n');
+    write((to_terminal_ ? made_visible(text) : text).toUtf8() + '\n');
 }
 
-void Output::remark(const QString& text)
+void Output::object(const QJsonObject& object)
+{
+    write(json_line(object));
+}
+
+void Output::remark(const QString& remark)
 {
     if (!json_ && to_terminal_)
-        write(made_visible(text).toUtf8() + '\n');
+        text(remark);
 }
 
-void Output::error(const Failure& failure)
+void Output::progress(const QString& text)
 {
+    constexpr qint64 pause = 200; // ms
+    if (!shows_progress_ || (in_progress_ && progress_shown_.elapsed() < pause))
+        return;
+    in_progress_ = true;
+    progress_shown_.start();
+    std::fprintf(stderr, "\r\033[K%s", made_visible(text).toUtf8().constData());
+    std::fflush(stderr);
+}
+
+void Output::end_progress()
+{
+    if (std::exchange(in_progress_, false))
+        std::fputs("\r\033[K", stderr);
+}
+
+void Output::error(const Failure& failure, const QString& host)
+{
+    end_progress();
     flush(); // results stand before the error where both go to one place
     QJsonObject object{
         {"error", name_of(failure.code)}, {"message", failure.message}, {"exit_code", failure.code}};
     if (!failure.server_code.isEmpty())
         object.insert("code", failure.server_code);
+    if (!host.isEmpty())
+        object.insert("host", host);
+    const QString told = host.isEmpty() ? failure.message : host + QStringLiteral(": ") + failure.message;
     // A server's words may reach a terminal through this too.
-    const QByteArray bytes =
-        json_ ? json_line(object) : "skuanctl: " + made_visible(failure.message).toUtf8() + '\n';
+    const QByteArray bytes = json_ ? json_line(object) : "skuanctl: " + made_visible(told).toUtf8() + '\n';
     std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stderr);
 }
 

@@ -4,6 +4,7 @@
 
 #include <skuanctl/failure.h>
 
+#include <QElapsedTimer>
 #include <QJsonObject>
 #include <QObject>
 #include <QStringList>
@@ -16,17 +17,24 @@ class Output : public QObject
     Q_OBJECT
 public:
     explicit Output(bool json);
+    ~Output() override;
 
-    /// One line of the result: the text, or, with --json, the object.
-    void line(const QString& text, const QJsonObject& object);
+    /// A line of the result, for people.
+    void text(const QString& text);
 
-    /// A result of several lines, which is still one object.
-    void lines(const QStringList& texts, const QJsonObject& object);
+    /// A line of the result, for programs.
+    void object(const QJsonObject& object);
 
     /// A remark for who sits at a terminal; nobody else gets it.
     void remark(const QString& text);
 
-    void error(const Failure& failure);
+    /// On standard error, where somebody sees it while the result goes elsewhere; now and then, and gone with
+    /// the next that is written. Costs little if nobody is there.
+    void progress(const QString& text);
+    bool shows_progress() const { return shows_progress_; }
+
+    /// `host`, if there are several, is told with it.
+    void error(const Failure& failure, const QString& host = {});
 
     /// False if not all that was written so far has gone out.
     bool flush();
@@ -39,9 +47,13 @@ Q_SIGNALS:
 private:
     void write(const QByteArray& bytes);
     void check(bool written);
+    void end_progress();
 
     const bool json_;
     const bool to_terminal_;
+    const bool shows_progress_;
+    bool in_progress_ = false;
+    QElapsedTimer progress_shown_;
     bool broken_ = false;
     QTimer flush_timer_;
 };

@@ -1,15 +1,11 @@
-// One run: the options, the output, the connection and the verb, and its end.
+// The verb against each of the hosts at once, and the exit code of it all.
 #pragma once
 
 #include <skuanctl/interrupt.h>
-#include <skuanctl/link.h>
-#include <skuanctl/options.h>
-#include <skuanctl/output.h>
-#include <skuanctl/verb.h>
+#include <skuanctl/run.h>
 
-#include <QObject>
-
-/// Lives on the main thread, in QCoreApplication's event loop, which it ends with the exit code.
+/// Lives on the main thread, in QCoreApplication's event loop, which it ends with the exit code: that of the
+/// first host, in their order, whose run failed.
 class Program : public QObject
 {
     Q_OBJECT
@@ -19,19 +15,15 @@ public:
     /// Within the event loop.
     void start();
 
-    const Options& options() const { return options_; }
-    Output& output() { return output_; }
-    Link& link() { return link_; }
-
-    // The end of the run; only the first one counts.
-    void done(ExitCode code = exit_ok);
-    void fail(const Failure& failure);
-
 private:
+    void run_ended();
+    void exit(ExitCode code);
+
     const Options options_;
     Output output_;
     Interrupt interrupt_;
-    std::unique_ptr<Verb> verb_; // before the link, whose callbacks it takes
-    Link link_;
+    std::vector<std::unique_ptr<Run>> runs_;
+    std::vector<ExitCode> codes_; // of the runs, in their order
+    std::size_t running_ = 0;
     bool over_ = false;
 };

@@ -1,28 +1,35 @@
-// The verb raw: XML in, XML out, for trying commands and for watching reports.
+// The verb raw: messages as they stand, and what they bring as it stands.
 #include <skuanctl/dialogue.h>
-#include <skuanctl/program.h>
 #include <skuanctl/raw_input.h>
+#include <skuanctl/run.h>
 
 namespace {
 
 class Raw : public Dialogue
 {
 public:
-    explicit Raw(Program& program) : Dialogue(program, false) {}
+    using Dialogue::Dialogue;
 
     bool prepare() override;
 
 private:
-    void show_reply(const XMLTree& message, const XMLTree& body) override { show("reply", message, body); }
+    void show_reply(const XMLTree& message, const XMLTree& body, const Reply*) override
+    {
+        show("reply", message, body);
+    }
     void show_report(const XMLTree& message, const XMLTree& body) override { show("report", message, body); }
-    void on_error_reply(const XMLTree&) override {} // it is shown, and the other commands go on
+    // It is shown as the reply that it is, and the other commands go on.
+    void on_error_reply(const XMLTree& message, const XMLTree& body) override
+    {
+        show("reply", message, body);
+    }
 
     void show(const char* kind, const XMLTree& message, const XMLTree& body);
 };
 
 bool Raw::prepare()
 {
-    const QStringList& arguments = program_.options().arguments;
+    const QStringList& arguments = run_.options().arguments;
     RawInput input;
     QString error;
     const QByteArray text =
@@ -33,10 +40,8 @@ bool Raw::prepare()
     }
     if (error.isEmpty() && input.commands.empty() && !stays())
         error = QStringLiteral("there is no command in the input");
-    if (!error.isEmpty()) {
-        program_.fail({exit_usage, error, {}});
-        return false;
-    }
+    if (!error.isEmpty())
+        return refuse(error);
     set_commands(std::move(input.commands));
     return true;
 }
@@ -48,12 +53,12 @@ void Raw::show(const char* kind, const XMLTree& message, const XMLTree& body)
     QJsonObject object{{"kind", QLatin1String(kind)}, {"name", QString(body.get_tag())}, {"xml", xml}};
     if (!xid.empty() && message.has_tag_z("reply"))
         object.insert("xid", QString(xid));
-    program_.output().line(xml, object);
+    run_.line(xml, object);
 }
 
 } // namespace
 
-std::unique_ptr<Verb> make_raw(Program& program)
+std::unique_ptr<Verb> make_raw(Run& run)
 {
-    return std::make_unique<Raw>(program);
+    return std::make_unique<Raw>(run);
 }

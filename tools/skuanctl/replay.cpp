@@ -1,7 +1,7 @@
 // The verb replay: plays a captured conversation again, and tells whether the other side still says the same.
 #include <skuanctl/listener.h>
-#include <skuanctl/program.h>
 #include <skuanctl/replay_player.h>
+#include <skuanctl/run.h>
 
 namespace {
 
@@ -17,8 +17,7 @@ QString in_one_line(QString text)
 class Replay : public Verb
 {
 public:
-    explicit Replay(Program& program)
-        : Verb(program), listener_([this](qintptr client) { player_->take_client(client); })
+    explicit Replay(Run& run) : Verb(run), listener_([this](qintptr client) { player_->take_client(client); })
     {
     }
 
@@ -27,6 +26,7 @@ public:
 
 private:
     QString check_file() const;
+    std::optional<int> chosen_connection() const;
     void show_same();
     void show_difference(const Difference& difference);
 
@@ -36,23 +36,23 @@ private:
 
 bool Replay::prepare()
 {
-    const Options& options = program_.options();
-    const Side side = options.bind ? Side::server : Side::client;
+    const Options& options = run_.options();
+    const Side side = options.has("bind") ? Side::server : Side::client;
     if (const QString error = check_file(); !error.isEmpty()) {
-        program_.fail({exit_usage, error, {}});
+        run_.fail({exit_usage, error, {}});
         return false;
     }
-    player_ =
-        std::make_unique<Player>(options.arguments.constFirst(), Play{side, options.connection, options.paced,
-                                                                      options.host, options.timeout});
-    QObject::connect(player_.get(), &Player::same, &program_, [this] { show_same(); });
-    QObject::connect(player_.get(), &Player::differs, &program_,
+    player_ = std::make_unique<Player>(
+        options.arguments.constFirst(),
+        Play{side, chosen_connection(), options.has("paced"), run_.host(), options.timeout});
+    QObject::connect(player_.get(), &Player::same, &run_, [this] { show_same(); });
+    QObject::connect(player_.get(), &Player::differs, &run_,
                      [this](const Difference& difference) { show_difference(difference); });
-    QObject::connect(player_.get(), &Player::failed, &program_, &Program::fail);
-    if (side == Side::server && !listener_.start(program_))
+    QObject::connect(player_.get(), &Player::failed, &run_, &Run::fail);
+    if (side == Side::server && !listener_.start(run_))
         return false;
     if (side == Side::server)
-        listener_.tell(program_);
+        listener_.tell(run_);
     player_->start();
     return false; // the player opens what connections there were
 }
@@ -60,25 +60,30 @@ bool Replay::prepare()
 /// Reads all of it, so that a bad line is found before anything is sent. Gives what is wrong.
 QString Replay::check_file() const
 {
-    const Options& options = program_.options();
-    if (options.arguments.isEmpty())
-        return QStringLiteral("no file is given");
+    const Options& options = run_.options();
     const QString& name = options.arguments.constFirst();
     ConversationReader file;
     if (!file.open(name))
         return file.error();
+    const auto connection = chosen_connection();
     bool has_any = false;
     while (const auto record = file.next())
-        has_any = has_any || !options.connection || record->connection == *options.connection;
+        has_any = has_any || !connection || record->connection == *connection;
     if (!file.error().isEmpty())
         return file.error();
     if (file.is_cut_short())
-        program_.output().remark(
+        run_.remark(
             QStringLiteral("the last line of %1 is only the beginning of one; it is left out").arg(name));
     if (has_any)
         return {};
-    return options.connection ? QStringLiteral("%1 has no connection %2").arg(name).arg(*options.connection)
-                              : QStringLiteral("there is nothing in %1").arg(name);
+    return connection ? QStringLiteral("%1 has no connection %2").arg(name).arg(*connection)
+                      : QStringLiteral("there is nothing in %1").arg(name);
+}
+
+std::optional<int> Replay::chosen_connection() const
+{
+    const Options& options = run_.options();
+    return options.has("connection") ? std::optional(options.value("connection").toInt()) : std::nullopt;
 }
 
 void Replay::show_same()
@@ -86,37 +91,36 @@ void Replay::show_same()
     const int number = player_->connections();
     const QString connections =
         number == 1 ? QStringLiteral("1 connection") : QStringLiteral("%1 connections").arg(number);
-    program_.output().line(QStringLiteral("the same: %1 bytes, %2").arg(player_->bytes()).arg(connections),
-                           {{"bytes", player_->bytes()}, {"connections", number}});
-    program_.done();
+    run_.line(QStringLiteral("the same: %1 bytes, %2").arg(player_->bytes()).arg(connections),
+              {{"bytes", player_->bytes()}, {"connections", number}});
+    run_.done();
 }
 
 void Replay::show_difference(const Difference& difference)
 {
-    const QString side = name_of(program_.options().bind ? Side::client : Side::server);
-    program_.output().lines({QStringLiteral("expected: ") + in_one_line(difference.expected),
-                             QStringLiteral("got:      ") + in_one_line(difference.got)},
-                            {{"line", difference.line},
-                             {"connection", difference.connection},
-                             {"from", side},
-                             {"message", difference.message},
-                             {"byte", difference.byte},
-                             {"expected", difference.expected},
-                             {"got", difference.got}});
-    program_.fail(
-        {exit_differs,
-         QStringLiteral("the %1 differs from line %2 of the file: message %3, byte %4 of connection %5")
-             .arg(side)
-             .arg(difference.line)
-             .arg(difference.message)
-             .arg(difference.byte)
-             .arg(difference.connection),
-         {}});
+    const QString side = name_of(run_.options().has("bind") ? Side::client : Side::server);
+    run_.lines({QStringLiteral("expected: ") + in_one_line(difference.expected),
+                QStringLiteral("got:      ") + in_one_line(difference.got)},
+               {{"line", difference.line},
+                {"connection", difference.connection},
+                {"from", side},
+                {"message", difference.message},
+                {"byte", difference.byte},
+                {"expected", difference.expected},
+                {"got", difference.got}});
+    run_.fail({exit_differs,
+               QStringLiteral("the %1 differs from line %2 of the file: message %3, byte %4 of connection %5")
+                   .arg(side)
+                   .arg(difference.line)
+                   .arg(difference.message)
+                   .arg(difference.byte)
+                   .arg(difference.connection),
+               {}});
 }
 
 } // namespace
 
-std::unique_ptr<Verb> make_replay(Program& program)
+std::unique_ptr<Verb> make_replay(Run& run)
 {
-    return std::make_unique<Replay>(program);
+    return std::make_unique<Replay>(run);
 }

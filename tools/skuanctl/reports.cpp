@@ -1,39 +1,42 @@
-// The verb reports: registers, and prints what comes.
+// The verb reports, and those named watch: they register, and print what comes.
 #include <skuanctl/dialogue.h>
-#include <skuanctl/program.h>
 #include <skuanctl/report_classes.h>
+#include <skuanctl/run.h>
 
 namespace {
 
 class Reports : public Dialogue
 {
 public:
-    explicit Reports(Program& program) : Dialogue(program, true) {}
+    Reports(Run& run, QStringList classes) : Dialogue(run), classes_(std::move(classes)) {}
 
     bool prepare() override
     {
-        const Registration registration = registration_of(program_.options().arguments);
-        if (!registration.error.isEmpty()) {
-            program_.fail({exit_usage, registration.error, {}});
-            return false;
-        }
-        std::vector<Outgoing> commands;
-        for (const XMLTree& command : registration.commands)
-            commands.push_back(command_message(command, AString::from_unsigned(++last_xid_)));
-        set_commands(std::move(commands));
+        const Registration registration = registration_of(classes_);
+        if (!registration.error.isEmpty())
+            return refuse(registration.error);
+        set_steps(registration.commands);
         return true;
     }
 
 private:
-    void show_reply(const XMLTree&, const XMLTree&) override {}
-    void show_report(const XMLTree&, const XMLTree& body) override { print_typed(program_, "report", body); }
+    void show_reply(const XMLTree&, const XMLTree&, const Reply*) override {}
 
-    unsigned last_xid_ = 0;
+    const QStringList classes_;
 };
 
 } // namespace
 
-std::unique_ptr<Verb> make_reports(Program& program)
+std::unique_ptr<Verb> make_reports(Run& run)
 {
-    return std::make_unique<Reports>(program);
+    return std::make_unique<Reports>(run, run.options().arguments);
+}
+
+/// The classes are the row's; @ stands for the channels that are asked for, or else for all.
+std::unique_ptr<Verb> make_watch(Run& run)
+{
+    const QStringList& channels = run.options().arguments;
+    QString classes = QString::fromUtf8(run.options().verb->shows);
+    classes.replace('@', channels.isEmpty() ? QStringLiteral("*") : channels.constFirst());
+    return std::make_unique<Reports>(run, classes.split(' '));
 }

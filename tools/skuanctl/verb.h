@@ -3,20 +3,19 @@
 
 #include <skuan/foundation/astring.h>
 #include <skuan/markup/xml_tree.h>
-#include <skuan/protocol/kvrp3_types.h>
 
 #include <QStringList>
 
 #include <memory>
 #include <vector>
 
-class Program;
+class Run;
 
-/// One run of a verb. It ends the run through `Program::done` or `Program::fail`, once.
+/// One run of a verb against one server. It ends the run through `Run::done` or `Run::fail`, once.
 class Verb
 {
 public:
-    explicit Verb(Program& program) : program_(program) {}
+    explicit Verb(Run& run) : run_(run) {}
     Verb(const Verb&) = delete;
     Verb& operator=(const Verb&) = delete;
     virtual ~Verb() = default;
@@ -28,25 +27,39 @@ public:
     /// The connection is there.
     virtual void start() = 0;
 
-    /// Each message as it comes; true keeps it from the callbacks of commands.
-    virtual bool take(const XMLTree&) { return false; }
+    /// Each message as it comes.
+    virtual void take(const XMLTree&) {}
 
 protected:
-    /// For the error callback of a command: ends the run with what the server said.
-    void on_error(AString message, KVRP3::ErrorCode code);
-    void fail_as_server_said(const QString& message, const QString& code);
+    bool refuse(const QString& why); ///< ends the run as bad usage; false, for `prepare` to give
 
-    Program& program_;
+    Run& run_;
+};
+
+std::unique_ptr<Verb> make_recipe(Run& run);
+
+/// Whether a verb goes on after the last answer, for reports.
+enum class Stay {
+    never,
+    if_asked, ///< with --count or --listen
+    always,   ///< until one of these, or Ctrl-C, ends it
 };
 
 struct VerbRow
 {
-    const char* name;
-    const char* arguments; ///< as the help spells them
-    int most_arguments;    ///< -1: any number
+    const char* name;    ///< of one word, or of two: a family and what is done
+    const char* command; ///< of the protocol that it stands for, see `commands_of`; empty if for none
+    const char* words;   ///< what may stand behind it, see `form_of`
     const char* help;
-    const char* keys; ///< of a line of JSON
-    std::unique_ptr<Verb> (*make)(Program& program);
+
+    /// What it prints. Where it stands for a command: the tags of which a table is made; empty for all. Of a
+    /// `watch`: the classes of reports. Of any other: the keys of its lines of JSON.
+    const char* shows = "";
+
+    std::unique_ptr<Verb> (*make)(Run& run) = make_recipe;
+
+    Stay stay = Stay::never;
+    bool one_host = false; ///< it is for one server at a time
 
     // Null where a verb has no more to tell than its row.
 
@@ -62,15 +75,25 @@ const std::vector<VerbRow>& verb_rows();
 /// Null if there is no verb of that name.
 const VerbRow* find_verb(const QString& name);
 
-std::unique_ptr<Verb> make_name(Program& program);
-std::unique_ptr<Verb> make_version(Program& program);
-std::unique_ptr<Verb> make_clips(Program& program);
-std::unique_ptr<Verb> make_raw(Program& program);
-std::unique_ptr<Verb> make_call(Program& program);
-std::unique_ptr<Verb> make_reports(Program& program);
-std::unique_ptr<Verb> make_capture(Program& program);
-std::unique_ptr<Verb> make_replay(Program& program);
-std::unique_ptr<Verb> make_complete(Program& program);
+/// The verbs of two words that begin with this one; none if it is no family.
+std::vector<const VerbRow*> family(const QString& name);
+
+std::unique_ptr<Verb> make_info(Run& run);
+std::unique_ptr<Verb> make_channel_list(Run& run);
+std::unique_ptr<Verb> make_record(Run& run);
+std::unique_ptr<Verb> make_list_save(Run& run);
+std::unique_ptr<Verb> make_list_reorder(Run& run);
+std::unique_ptr<Verb> make_vclip_edit(Run& run);
+std::unique_ptr<Verb> make_dict_get(Run& run);
+std::unique_ptr<Verb> make_export(Run& run);
+std::unique_ptr<Verb> make_watch(Run& run);
+std::unique_ptr<Verb> make_raw(Run& run);
+std::unique_ptr<Verb> make_call(Run& run);
+std::unique_ptr<Verb> make_reports(Run& run);
+std::unique_ptr<Verb> make_capture(Run& run);
+std::unique_ptr<Verb> make_replay(Run& run);
+std::unique_ptr<Verb> make_man(Run& run);
+std::unique_ptr<Verb> make_complete(Run& run);
 
 QString call_details(const QStringList& arguments, QString* error);
 QString reports_details(const QStringList& arguments, QString* error);

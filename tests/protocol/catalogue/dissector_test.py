@@ -206,8 +206,8 @@ class Dissector(unittest.TestCase):
             everything = b"".join(data for _, _, data in SampleMessages(full=True).commands())
             twice = "<cmd><xid>7</xid><get_version_info/></cmd>" * 2
             for arguments, data in (
-                (["name"], b""),
-                (["clips"], b""),
+                (["info"], b""),
+                (["clip", "list"], b""),
                 (["--count", "3", "raw"], everything),
                 (["raw"], twice.encode()),
             ):
