@@ -110,8 +110,11 @@ void tell_disk_space(ServerState& state, Audience& audience)
         audience.report("disk_space_changed", {disk_space(state)});
 }
 
+// A name may be used again; a UUID never is, or a child might find another clip for its parent.
 Refusal create(Call& call, const QString& name, Clip clip)
 {
+    clip.set_attribute("ClipUUID",
+                       ClipStore::uuid_of(name + QLatin1Char('\n') + decimal(++call.state.last_stamp)));
     const QStringList made = call.state.clips.missing_directories(ClipStore::directory_of(name));
     if (Refusal refusal = with_room(call, entry_weight * (1 + made.size()) + weight(clip), [&] {
             return refusal_of(call.state.clips.create_clip(name, std::move(clip)), "clip", name, name);
@@ -169,7 +172,6 @@ Refusal create_child_clip(Call& call)
     Clip made = *parent;
     const QString parent_uuid = parent->attribute("ClipUUID");
     made.set_attribute("ParentUUID", parent_uuid.isEmpty() ? ClipStore::uuid_of(parent_name) : parent_uuid);
-    made.set_attribute("ClipUUID", ClipStore::uuid_of(call.text("ClipID")));
     made.set_attribute("ReadOnly", truth(false));
     if (call.has("Angle"))
         made.set_attribute("Angle", call.text("Angle"));

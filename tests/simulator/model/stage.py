@@ -1,0 +1,47 @@
+"""What the families of the model stand on: what the server remembers of each client, dice, and who is told."""
+
+from model.wire import x
+
+
+class Watcher:
+    """What the server remembers of a client."""
+
+    def __init__(self):
+        self.classes, self.keys, self.prefixes, self.owned = set(), set(), set(), {}
+        self.drafts, self.reorderings = [None, None], [None, None]  # of play lists, of chase lists
+
+
+class Stage:
+    """The present command: who gives it, what each client must hear of it, and what to ask afterwards."""
+
+    def __init__(self, dice, clients):
+        self.dice = dice
+        self.watchers = {who: Watcher() for who in clients}
+        self.who, self.heard, self.probes = None, {}, []
+
+    def one(self, *choices):
+        return self.dice.choice(choices)
+
+    def chance(self, probability):
+        return self.dice.random() < probability
+
+    def any_record(self, tag, choices, always=()):
+        """A record as it is sent, in any order, and its fields as they are kept: None if one is not good."""
+        sent, kept = [x("Odd", 1)] * self.dice.randrange(2), {}
+        for field, row in choices.items():
+            if field in always or self.chance(0.4):
+                given, meant = self.one(*row) if self.chance(0.15) else row[0]
+                sent.append(given)
+                kept = None if meant is None or kept is None else {**kept, field: meant}
+        self.dice.shuffle(sent)
+        return x(tag, *sent), kept
+
+    def tell(self, report_class, *reports):
+        for who, watcher in self.watchers.items():
+            if report_class in watcher.classes:
+                self.heard[who] += "".join(x("report", report) for report in reports)
+
+
+def kept(element):
+    """A choice of a record that is kept as it is sent."""
+    return element, element

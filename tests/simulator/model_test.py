@@ -1,0 +1,161 @@
+#!/usr/bin/env python3
+"""Holds the simulator to a small model of clips, lists, metadata and the user dictionary.
+
+    model_test.py SKUAN_SIM
+
+Several clients give random commands, good and bad. After each, server and model must agree on the answer, on
+every report that somebody is owed, and on what the command touched; now and then on everything. The seed is
+printed: SKUAN_SEED repeats a walk, and SKUAN_ROUNDS makes it longer.
+"""
+
+import copy
+import os
+import random
+import re
+import subprocess
+import sys
+import time
+from xml.sax.saxutils import unescape
+
+from model.clips import Clip, Clips, listed, parent
+from model.lists import KINDS, Lists
+from model.stage import Watcher
+from model.texts import KeyedTexts
+from model.wire import GENERAL, OK, Client, X, error, reply, x
+
+CLIENTS = (1, 2, 3)
+STEPS = 400  # in a round, against a fresh server
+
+
+class World(Clips, Lists, KeyedTexts):
+    def step(self, who):
+        """Gives a random command of that client, and questions about what it touched with their answers."""
+        self.who, self.heard, self.probes = who, dict.fromkeys(CLIENTS, ""), []
+        self.choose()
+        spoiled = self.chance(0.05)
+        kept = copy.deepcopy({**self.__dict__, "dice": None}) if spoiled else None
+        command, refusal = self.one(*self.COMMANDS)(self)
+        double = re.match(r"(<\w+>)(<(\w+)>[^<]*</\3>)", command)
+        if spoiled and double:  # its first argument stands there twice
+            self.__dict__.update(kept, dice=self.dice, probes=self.probes)
+            command, refusal = X(command.replace(double[0], double[0] + double[2], 1)), GENERAL
+        self.heard[who] += error(refusal) if refusal else OK
+        return command, [probe() for probe in self.probes]
+
+    def leave(self, who):
+        self.heard = dict.fromkeys(CLIENTS, "")
+        owned, self.watchers[who] = self.watchers[who].owned, Watcher()
+        for key in sorted(owned):
+            self.set_key(key, owned[key])
+
+    def everything(self):
+        yield x("download_clipids"), "".join(
+            reply(x("clipid", ClipID=name)) for name in sorted(self.clips, key=listed)) + OK
+        yield x("download_directory_names"), "".join(
+            reply(x("directory_name", DirectoryName=name)) for name in sorted(self.directories)) + OK
+        yield from map(self.about_clip, self.clips)
+        for kind, (word, tag) in enumerate(KINDS):
+            yield x(f"download_{word}ids"), "".join(
+                reply(x(word + "id", **{tag + "ID": name})) for name in sorted(self.lists[kind])) + OK
+            yield from (self.about_list(kind, name) for name in self.lists[kind])
+            yield from (self.about_loaded(kind, channel) for channel in "AB")
+        yield from map(self.about_metadata, self.metadata)
+        yield from map(self.about_key, self.dictionary)
+
+    def register(self):
+        """Registers, or ends a registration; whoever registers for a channel's list is told of it at once."""
+        classes, on = self.watchers[self.who].classes, self.one(True, True, False)
+        name = self.one("clip_change", "directory_change", "playlist_change", "chaselist_change")
+        of_channel = self.one(True, False)
+        if of_channel:
+            name = f"{self.channel} {self.word}play"
+        (classes.add if on else classes.discard)(name)
+        verb = "register" if on else "unregister"
+        if not of_channel:
+            return x("report_" + verb, ReportType=name), None
+        if on:
+            self.heard[self.who] += self.about_loaded(self.kind, self.channel)[1][:-len(OK)]
+        return x("channel_report_" + verb, Channel=self.channel, ChannelReportType=self.word + "play"), None
+
+    COMMANDS = [
+        Clips.create_clip, Clips.create_child, Clips.delete_clip, Clips.rename_clip, Clips.rename_clip,
+        Clips.modify_clip, Clips.modify_clip, Clips.create_directory, Clips.rename_dir, Clips.rename_dir,
+        Clips.use_clip, Lists.save_start, Lists.save_end, Lists.rename_list, Lists.delete_list, Lists.load_list,
+        Lists.load_list, Lists.unload_list, Lists.remove, Lists.modify_item, Lists.clear_modified,
+        Lists.reorder_start, Lists.reorder_item, Lists.reorder_item, Lists.reorder_finish,
+        KeyedTexts.metadata_set, KeyedTexts.metadata_set, KeyedTexts.metadata_erase, KeyedTexts.watch_metadata,
+    ] + [Lists.save_element, Lists.insert, KeyedTexts.userdict, register] * 3
+
+    def begin_with(self, client):
+        """Takes the clips that a fresh server has for granted; what is done to them is the model's business."""
+        for name in re.findall("<ClipID>(.*?)<", client.hear("<download_clipids/>")):
+            info = client.hear(f"<get_clip_info><ClipID>{name}</ClipID></get_clip_info>")
+            fields = re.findall(r"(<(\w+)(?:/>|>.*?</\2>))", re.search("<ClipInfo>(.*)</ClipInfo>", info)[1])
+            clip = self.clips[unescape(name, {"&quot;": '"'})] = Clip((tag, X(whole)) for whole, tag in fields)
+            del clip["LoopOut"]
+        self.directories = {d for name in self.clips for d in (parent(name), parent(parent(name))) if d}
+        self.fresh_clip = Clip(self.clips["station_ident_25s"])
+        for tag in ("Title", "Creator", "Project"):
+            self.fresh_clip.set(tag, "")
+
+
+class Names(dict):
+    """Of UUIDs, by the order in which they come: each side has its own, and what counts is which are the same."""
+
+    def put_into(self, text):
+        return re.sub("(?<=UUID>)[^<]+", lambda uuid: self.setdefault(uuid[0], str(len(self))), text)
+
+
+def walk(seed, address):
+    world = World(random.Random(seed), CLIENTS)
+    clients = {who: Client(address) for who in (0, *CLIENTS)}  # the first one asks
+    world.begin_with(clients[0])
+    names = Names(), Names()
+
+    def same(what, got, wanted):
+        got, wanted = names[0].put_into(got), names[1].put_into(wanted)
+        assert got == wanted, f"step {step}: {command}\n{what}\n  got\n    {got}\n  and not\n    {wanted}"
+
+    def agree(heard, probes):
+        for who in CLIENTS:
+            same(f"client {who}", heard.get(who, "") + clients[who].hear(), world.heard[who])
+        for question, answer in probes:
+            got = clients[0].hear(question)
+            clients[0].hear(question.replace("_register", "_unregister").replace("_watch", "_unwatch"))
+            same(question, got, answer)
+
+    for step in range(STEPS):
+        who = world.dice.choice(CLIENTS)
+        if world.chance(0.01):
+            command = f"client {who} leaves"
+            clients[who].leave()
+            world.leave(who)
+            clients[who] = Client(address)
+            agree({}, world.everything())
+        else:
+            command, probes = world.step(who)
+            heard = clients[who].hear(command)
+            agree({who: heard}, world.everything() if step % 50 == 49 else probes)
+
+
+def own_address():
+    """Of this process alone, so that programs side by side never meet on one port."""
+    host = os.getpid() * 4 % (60 << 16)
+    return f"127.{192 + (host >> 16)}.{host >> 8 & 255}.{host & 255 | 1}"
+
+
+def main():
+    seed, address = int(os.environ.get("SKUAN_SEED", time.time() % 1e6)), own_address()
+    print(f"SKUAN_SEED={seed}", flush=True)
+    for turn in range(int(os.environ.get("SKUAN_ROUNDS", 2))):
+        with subprocess.Popen([sys.argv[1], "--address", address, "--pace", "0"], stdout=subprocess.PIPE) as server:
+            try:
+                server.stdout.readline()
+                walk(seed + turn, address)
+            finally:
+                server.terminate()
+        assert server.returncode == 0, f"the server ended with {server.returncode}"
+
+
+if __name__ == "__main__":
+    main()
