@@ -4,6 +4,7 @@
 #include <simulator/fault_board_p.h>
 #include <simulator/field_clock_p.h>
 
+#include <QHostAddress>
 #include <QTcpSocket>
 
 namespace simulator {
@@ -46,6 +47,11 @@ Connection::~Connection()
 {
     socket_->disconnect(this);
     socket_->disconnect(&wire_);
+}
+
+QString Connection::peer() const
+{
+    return QStringLiteral("%1:%2").arg(socket_->peerAddress().toString()).arg(socket_->peerPort());
 }
 
 void Connection::refresh_faults()
@@ -114,8 +120,8 @@ void Connection::take(Element& message)
 {
     ++shared_.tally.messages;
     Q_EMIT received(message);
+    shared_.clock.wake(); // it is as late as it is, and something may begin
     QByteArray answer = shared_.responder.answer(std::move(message), session_);
-    shared_.clock.wake(); // something may have begun
     ++answered_;
     if (faults_.mute || wire_.is_ended() || (faults_.drop_every != 0 && answered_ % faults_.drop_every == 0))
         return;

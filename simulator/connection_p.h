@@ -49,6 +49,7 @@ public:
     ~Connection() override;
 
     quint64 id() const { return id_; }
+    QString peer() const; // "address:port"
     Session& session() { return session_; }
 
     // Takes over changed faults at once, not only with the next command.

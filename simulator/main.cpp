@@ -1,4 +1,5 @@
 // skuan-sim: a simulated server from the command line.
+#include <simulator/control_socket_p.h>
 #include <simulator/options_p.h>
 #include <simulator/platform_stop_p.h>
 #include <simulator/server.h>
@@ -11,7 +12,45 @@ using namespace simulator;
 
 namespace {
 
-enum ExitCode { exit_clean = 0, exit_cannot_listen = 1, exit_bad_usage = 2 };
+enum ExitCode { exit_clean = 0, exit_failed = 1, exit_bad_usage = 2 };
+
+int failed(const QString& why)
+{
+    std::fprintf(stderr, "skuan-sim: %s\n", qPrintable(why));
+    return exit_failed;
+}
+
+int tell_other(const Options& options)
+{
+    const Told told = tell(options.tell, options.line);
+    std::fwrite(told.answer.constData(), 1, static_cast<std::size_t>(told.answer.size()), stdout);
+    return told.error.isEmpty() ? exit_clean : failed(told.error);
+}
+
+int serve(const Options& options)
+{
+    StopSignal stop_signal;
+    QObject::connect(&stop_signal, &StopSignal::stop, QCoreApplication::instance(), &QCoreApplication::quit);
+
+    Server server(options.settings);
+    QObject::connect(&server, &Server::started, [&server](bool listens) {
+        if (!listens)
+            return QCoreApplication::exit(failed(server.error_text()));
+        std::printf("listening on %s\n", qPrintable(server.place()));
+        std::fflush(stdout);
+    });
+    ControlSocket control(server);
+    if (!options.control.isEmpty() && !control.listen(options.control))
+        return failed(control.error_text());
+    if (!server.listen())
+        return failed(server.error_text());
+
+    const int code = QCoreApplication::exec();
+    QString error;
+    if (!options.settings.state_file.isEmpty() && !server.save(&error))
+        return failed(error);
+    return code;
+}
 
 } // namespace
 
@@ -30,15 +69,5 @@ int main(int argc, char** argv)
         return exit_clean;
     }
 
-    StopSignal stop_signal;
-    QObject::connect(&stop_signal, &StopSignal::stop, &application, &QCoreApplication::quit);
-
-    Server server(options.settings);
-    if (!server.listen()) {
-        std::fprintf(stderr, "skuan-sim: %s\n", qPrintable(server.error_text()));
-        return exit_cannot_listen;
-    }
-    std::printf("listening on %s\n", qPrintable(server.place()));
-    std::fflush(stdout);
-    return QCoreApplication::exec();
+    return options.tell.isEmpty() ? serve(options) : tell_other(options);
 }

@@ -7,6 +7,16 @@ namespace {
 const QString line_end = QStringLiteral("\r\n");
 }
 
+void write_text(QXmlStreamWriter& writer, const QString& text)
+{
+    int from = 0;
+    for (int at = 0; (at = text.indexOf(QLatin1Char('\r'), from)) >= 0; from = at + 1) {
+        writer.writeCharacters(text.mid(from, at - from));
+        writer.writeEntityReference(QStringLiteral("#13"));
+    }
+    writer.writeCharacters(from == 0 ? text : text.mid(from));
+}
+
 MessageWriter::MessageWriter(qint64 most) : most_(most), writer_(&text_) {}
 
 void MessageWriter::reply(const QString& xid, const char* name, const Fields& fields)
@@ -27,6 +37,12 @@ void MessageWriter::report(const QString& name, const Fields& fields)
     open(QStringLiteral("report"));
     body(name, fields);
     close();
+}
+
+void MessageWriter::message(const char* name, const Fields& fields)
+{
+    if (!is_full())
+        body(QLatin1String(name), fields);
 }
 
 QByteArray MessageWriter::take()
@@ -56,8 +72,9 @@ void MessageWriter::element(const Element& element)
         return;
     if (!element.children.empty() || element.text.isEmpty())
         return body(element.tag, element.children);
-    writer_.writeTextElement(element.tag, element.text);
-    writer_.writeCharacters(line_end);
+    writer_.writeStartElement(element.tag);
+    write_text(writer_, element.text);
+    close();
 }
 
 void MessageWriter::open(const QString& tag)

@@ -28,6 +28,9 @@ private:
     const Element* end_ = nullptr;
 };
 
+// As the text of an element. A carriage return goes as a reference, else it would be read as a line feed.
+void write_text(QXmlStreamWriter& writer, const QString& text);
+
 // Appends messages to a buffer of bytes: each element on a line of its own, CR LF after every line.
 // One thread, one instance; it keeps its buffers from message to message.
 class MessageWriter
@@ -42,6 +45,9 @@ public:
 
     // A `report`.
     void report(const QString& name, const Fields& fields = {});
+
+    // A message that is an element of that name and nothing more.
+    void message(const char* name, const Fields& fields);
 
     // All that was written since the last take(), in UTF-8.
     QByteArray take();

@@ -7,7 +7,10 @@
 #include <simulator/commands/running_p.h>
 #include <simulator/commands/userdict_p.h>
 #include <simulator/reading_p.h>
+#include <simulator/state_file_p.h>
 
+#include <QBuffer>
+#include <QFile>
 #include <QHash>
 
 namespace simulator {
@@ -102,6 +105,35 @@ void Responder::answer(const QString& xid, Element& command, Session& session)
     audience_.deliver();
 }
 
+QString Responder::load()
+{
+    const Settings& settings = state_.settings;
+    QString error;
+    if (!settings.state_file.isEmpty() && QFile::exists(settings.state_file)) {
+        error = load_state(settings.state_file, state_);
+    } else if (!settings.seed.isEmpty()) {
+        QBuffer seed;
+        seed.setData(settings.seed);
+        seed.open(QIODevice::ReadOnly);
+        error = read_state(seed, state_);
+        if (!error.isEmpty())
+            error.prepend(QStringLiteral("the seed, "));
+    }
+    start_ltc(state_);
+    return error;
+}
+
+// The timecode comes from outside, and goes on.
+void Responder::restart()
+{
+    for (Channel& channel : state_.channels)
+        if (channel.status != ChannelStatus::nochannel)
+            channel = Channel();
+    const quint64 timecode = ltc_field(state_), day = ltc_day(state_);
+    state_.configuration.boot();
+    set_ltc_field(state_, timecode * ltc_day(state_) / day);
+}
+
 void Responder::leave(Session& session)
 {
     audience_.leave(session);
@@ -115,7 +147,7 @@ bool Responder::field()
 {
     ++state_.field;
     bool goes_on = false;
-    for (const auto run : {run_channels})
+    for (const auto run : {run_channels, run_ltc})
         goes_on = run(state_, audience_) || goes_on;
     audience_.deliver();
     return goes_on;

@@ -15,6 +15,17 @@ class Responder
 public:
     explicit Responder(const Settings& settings);
 
+    // Takes the state file or the seed of the settings, before any client comes. Not empty: why it cannot,
+    // and the server is not to begin.
+    QString load();
+
+    // Everything as it is after a fresh start: nothing on the channels, the configuration in effect that was
+    // saved. What the server has stays. All clients have gone before.
+    void restart();
+
+    ServerState& state() { return state_; }
+    Audience& audience() { return audience_; }
+
     // What sessions take from, and give back when they end.
     Budget& budget() { return state_.budget; }
 

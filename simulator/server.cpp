@@ -3,9 +3,12 @@
 
 #include <simulator/catalogue_p.h>
 #include <simulator/connection_p.h>
+#include <simulator/control_p.h>
 #include <simulator/fault_board_p.h>
 #include <simulator/field_clock_p.h>
 #include <simulator/reading_p.h>
+#include <simulator/start_status_p.h>
+#include <simulator/state_file_p.h>
 
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -14,6 +17,18 @@
 #include <map>
 
 namespace simulator {
+
+namespace {
+
+QString place_text(const QHostAddress& address, quint16 port)
+{
+    const QString text = address.toString();
+    return (text.contains(QLatin1Char(':')) ? QStringLiteral("[%1]:%2") : QStringLiteral("%1:%2"))
+        .arg(text)
+        .arg(port);
+}
+
+} // namespace
 
 class Server::Private
 {
@@ -24,17 +39,40 @@ public:
           faults(settings.faults),
           backlog(settings.max_total_backlog),
           responder(settings),
+          error(responder.load()),
           clock(settings.pace, responder.field_rate(),
-                {[this] { return responder.field(); },
-                 [this](quint64 fields) { responder.passed_unseen(fields); }})
+                {[this] { return field(); }, [this](quint64 fields) { responder.passed_unseen(fields); }}),
+          port(settings.port)
     {
+        QObject::connect(&start, &StartStatus::done, &self, [this] { Q_EMIT self.started(open()); });
         listener.setMaxPendingConnections(1000);
         QObject::connect(&listener, &QTcpServer::newConnection, &self, [this] { accept(); });
     }
 
+    bool field()
+    {
+        const bool starts = start.field();
+        return responder.field() || starts;
+    }
+
+    template <class Listener>
+    bool listen(Listener& what, quint16 on);
+    bool open();
+    void restart();
+    QStringList describe_clients() const;
+
     void accept();
     void take(QTcpSocket* socket);
     void gone(Connection* connection);
+
+    // Runs `act` on the server's thread, and returns when it is done.
+    template <class Act>
+    void on_thread(Act act)
+    {
+        QMetaObject::invokeMethod(&self, act,
+                                  QThread::currentThread() == self.thread() ? Qt::DirectConnection
+                                                                            : Qt::BlockingQueuedConnection);
+    }
 
     // Runs `act` for one client, or for all (0), on the server's thread; at once if this is that thread.
     template <class Act>
@@ -53,13 +91,58 @@ public:
     FaultBoard faults;
     Budget backlog;
     Responder responder;
+    QString error; // also why the state could not be loaded
     FieldClock clock;
+    StartStatus start;
     Tally tally;
     QTcpServer listener;
-    QString error;
+    quint16 port;                           // the real one, once it is known
     std::map<quint64, Connection*> clients; // children of the server
     quint64 last_client = 0;
 };
+
+// `what` is a QTcpServer, or has one.
+template <class Listener>
+bool Server::Private::listen(Listener& what, quint16 on)
+{
+    if (what.listen(settings.address, on))
+        return true;
+    error =
+        QStringLiteral("cannot listen on %1: %2").arg(place_text(settings.address, on), what.errorString());
+    return false;
+}
+
+// For clients; after a restart, too.
+bool Server::Private::open()
+{
+    if (!listener.isListening() && !listen(listener, port))
+        return false;
+    port = listener.serverPort();
+    return true;
+}
+
+void Server::Private::restart()
+{
+    for (const auto& [id, connection] : std::map(clients))
+        connection->drop();
+    responder.restart();
+    clock.set_rate(responder.field_rate());
+    start.begin(responder.state().start_script);
+    if (start.is_done()) {
+        Q_EMIT self.started(open());
+        return;
+    }
+    listener.close();
+    clock.wake();
+}
+
+QStringList Server::Private::describe_clients() const
+{
+    QStringList lines;
+    for (const auto& [id, connection] : clients)
+        lines += QStringLiteral("%1 %2").arg(id).arg(connection->peer());
+    return lines;
+}
 
 void Server::Private::accept()
 {
@@ -110,10 +193,19 @@ Server::~Server()
 
 bool Server::listen()
 {
-    if (d->listener.listen(d->settings.address, d->settings.port))
-        return true;
-    d->error = QStringLiteral("cannot listen on %1: %2").arg(place(), d->listener.errorString());
-    return false;
+    if (!d->error.isEmpty())
+        return false;
+    const quint16 status_port = d->settings.start_status_port;
+    d->start.begin(d->responder.state().start_script);
+    if (d->start.is_done() && !d->open())
+        return false;
+    if (status_port != 0 && !d->listen(d->start, status_port))
+        return false;
+    if (d->start.is_done())
+        Q_EMIT started(true);
+    else
+        d->clock.wake();
+    return true;
 }
 
 bool Server::is_listening() const
@@ -128,10 +220,7 @@ QString Server::error_text() const
 
 QString Server::place() const
 {
-    const QString address = d->settings.address.toString();
-    return (address.contains(QLatin1Char(':')) ? QStringLiteral("[%1]:%2") : QStringLiteral("%1:%2"))
-        .arg(address)
-        .arg(is_listening() ? port() : d->settings.port);
+    return place_text(d->settings.address, d->port);
 }
 
 quint16 Server::port() const
@@ -206,15 +295,48 @@ void Server::drop_client(quint64 client)
 
 void Server::step(quint64 fields)
 {
-    const auto type =
-        QThread::currentThread() == thread() ? Qt::DirectConnection : Qt::BlockingQueuedConnection;
-    QMetaObject::invokeMethod(
-        this,
-        [this, fields] {
-            for (quint64 i = 0; i < fields; ++i)
-                d->clock.step();
-        },
-        type);
+    d->on_thread([this, fields] {
+        for (quint64 i = 0; i < fields; ++i)
+            d->clock.step();
+    });
+}
+
+void Server::restart()
+{
+    d->on_thread([this] { d->restart(); });
+}
+
+QByteArray Server::state() const
+{
+    QByteArray text;
+    d->on_thread([&] { text = state_text(d->responder.state()); });
+    return text;
+}
+
+bool Server::save(QString* error)
+{
+    QString why = QStringLiteral("the server has no state file");
+    if (!d->settings.state_file.isEmpty())
+        d->on_thread([&] { why = save_state(d->settings.state_file, d->responder.state()); });
+    if (error)
+        *error = why;
+    return why.isEmpty();
+}
+
+QString Server::control(const QString& line, QString* error)
+{
+    ControlAnswer answer;
+    d->on_thread([&] {
+        d->clock.wake();
+        answer = run_control({*this, d->responder.state(), d->responder.audience(),
+                              [this](quint64 client) { return d->faults.of(client); },
+                              [this] { return d->describe_clients(); }},
+                             line);
+        d->responder.audience().deliver();
+    });
+    if (error)
+        *error = answer.error;
+    return answer.text;
 }
 
 Counters Server::counters() const

@@ -27,7 +27,9 @@ public:
     /// Closes all connections; no signal comes any more.
     ~Server() override;
 
-    /// False if it cannot, and error_text() says what was tried and why it failed. Once for each server.
+    /// False if it cannot, and error_text() says what was tried and why it failed: to listen, or to take the
+    /// state file or the seed of its settings. Once for each server. With a start script it gives true as
+    /// soon as the start has begun, and `started` comes when the control port opens.
     bool listen();
     bool is_listening() const;
     QString error_text() const;
@@ -67,10 +69,29 @@ public:
     /// its reports are on their way. For servers whose own time stands still, `Settings::pace`.
     void step(quint64 fields = 1);
 
-    /// Any thread.
+    /// Any thread, as are those below. Ends all connections and starts again, through the present start
+    /// script: nothing is on the channels, and configuration that waited for a restart is in effect. What the
+    /// server has stays.
+    void restart();
+
+    /// What the server has, in the form of a state file.
+    QByteArray state() const;
+
+    /// Saves that to the state file of the settings. False, with the reason in `*error` if that is given, if
+    /// there is none or it cannot be written: then what was there before is still there.
+    bool save(QString* error = nullptr);
+
+    /// Carries out a line of the control language ("help" tells it) and gives its answer, of any number of
+    /// lines. What cannot be done changes nothing, gives an empty text, and puts the reason in `*error`,
+    /// which is else cleared.
+    QString control(const QString& line, QString* error = nullptr);
+
     Counters counters() const;
 
 Q_SIGNALS:
+    /// On the server's thread. A start is over, of listen() or of restart(). False: the control port could
+    /// not be opened, and error_text() says why.
+    void started(bool listens);
     /// On the server's thread. Connect queued, or directly with a slot that may run there.
     void client_connected(quint64 client);
     void client_gone(quint64 client);

@@ -3,9 +3,13 @@
 
 #include <simulator/clip_store.h>
 #include <simulator/faults.h>
+#include <simulator/start_step.h>
 
+#include <QByteArray>
 #include <QHostAddress>
 #include <QString>
+
+#include <vector>
 
 namespace simulator {
 
@@ -23,6 +27,22 @@ struct Settings
 
     /// How fast the server's time goes: 60 is a minute a second. At 0 it stands still but for Server::step().
     double pace = 1;
+
+    /// Where it keeps what it has. What is saved there is read when the server is made, if the file is there.
+    /// Empty: nowhere.
+    QString state_file{};
+
+    /// What it has at first, in the form of a state file (docs/simulator.md); for where there is no such file
+    /// yet.
+    QByteArray seed{};
+
+    /// What its start goes through, before the control port opens. None: the start is done at once.
+    std::vector<StartStep> start_script{};
+    quint16 start_status_port = 4272; ///< where the start tells how far it is; 0: nowhere
+
+    /// A folder that is there already, for the files that exports make: a few lines of text each. Empty: none
+    /// are made.
+    QString export_folder{};
 
     Faults faults; ///< of every client, from its first byte
 

@@ -2,7 +2,6 @@
 #include <simulator/commands/configuration_p.h>
 
 #include <simulator/call_p.h>
-#include <simulator/catalogue_p.h>
 #include <simulator/server_state_p.h>
 
 #include <algorithm>
@@ -12,19 +11,6 @@ namespace simulator {
 namespace {
 
 constexpr int longest_value = 255; // characters of an item that takes any text
-
-QStringList counts(std::initializer_list<int> numbers)
-{
-    QStringList texts;
-    for (const int number : numbers)
-        texts.append(QString::number(number));
-    return texts;
-}
-
-QStringList names_of(const char* enumeration)
-{
-    return *Catalogue::get().tag(QLatin1String(enumeration))->names;
-}
 
 Element item_tag(const ConfigurationItem& item)
 {
@@ -63,40 +49,36 @@ Refusal get_one(Call& call)
     return {};
 }
 
-// An item that requires a reboot keeps the value that the server works with: it never reboots.
 Refusal set(Call& call)
 {
-    ConfigurationItem* item = call.state.configuration.find(call.text("ConfigurationItemName"));
-    if (!item)
-        return no_such_item(call.text("ConfigurationItemName"));
-    const QString value = call.text("ConfigurationItemValue");
-    if (item->allowed.isEmpty() ? value.size() > longest_value : !item->allowed.contains(value))
-        return {QStringLiteral("%1 cannot be set to %2").arg(item->name, quoted(value)),
-                "configvalue_invalid"};
-    if (item->saved == value)
-        return {};
-    item->saved = value;
-    if (!item->requires_reboot)
-        item->effective = value;
-    call.report("config_changed", {{"ConfigurationChange", {item_tag(*item)}}});
-    return {};
+    return set_configuration(call.state, call.audience, call.text("ConfigurationItemName"),
+                             call.text("ConfigurationItemValue"));
+}
+
+void tell(Audience& audience, const ConfigurationItem& item)
+{
+    audience.report("config_changed", {{"ConfigurationChange", {item_tag(item)}}});
 }
 
 } // namespace
 
-Configuration::Configuration(const Settings& settings)
+bool ConfigurationItem::allows(const QString& value) const
 {
-    const auto add = [this](const char* name, const char* access, const QString& value,
-                            const QStringList& allowed, bool requires_reboot) {
-        items_.push_back(
-            {QLatin1String(name), QLatin1String(access), value, value, value, allowed, requires_reboot});
-    };
-    add("ComputerName", "eng", settings.computer_name, {}, true);
-    add("VideoStandard", "eng", QStringLiteral("1080_50i"), names_of("VideoStandard"), true);
-    add("ReferenceSource", "user", QStringLiteral("refin"), names_of("ReferenceSource"), false);
-    add("AudioTrackCount", "eng", QStringLiteral("8"), counts({2, 4, 8, 16}), true);
-    add("ControlPanelCount", "user", QStringLiteral("2"), counts({0, 1, 2, 3, 4}), false);
-    add("StationName", "user", QStringLiteral("Studio"), {}, false);
+    return allowed.isEmpty() ? value.size() <= longest_value : allowed.contains(value);
+}
+
+void ConfigurationItem::save(const QString& value)
+{
+    saved = boot = value;
+    if (!requires_reboot)
+        effective = value;
+}
+
+Configuration::Configuration(const Settings& settings) : items_(default_configuration())
+{
+    ConfigurationItem& name = *find(QStringLiteral("ComputerName"));
+    name.save(settings.computer_name);
+    name.effective = settings.computer_name;
 }
 
 ConfigurationItem* Configuration::find(const QString& name)
@@ -106,10 +88,41 @@ ConfigurationItem* Configuration::find(const QString& name)
     return at == items_.end() ? nullptr : &*at;
 }
 
-QString Configuration::effective(const char* name)
+QString Configuration::effective(const char* name) const
 {
-    const ConfigurationItem* item = find(QLatin1String(name));
-    return item ? item->effective : QString();
+    const auto at = std::find_if(items_.begin(), items_.end(), [&](const ConfigurationItem& item) {
+        return item.name == QLatin1String(name);
+    });
+    return at == items_.end() ? QString() : at->effective;
+}
+
+void Configuration::boot()
+{
+    for (ConfigurationItem& item : items_)
+        item.effective = item.boot;
+}
+
+Refusal set_configuration(ServerState& state, Audience& audience, const QString& name, const QString& value)
+{
+    ConfigurationItem* item = state.configuration.find(name);
+    if (!item)
+        return no_such_item(name);
+    if (!item->allows(value))
+        return {QStringLiteral("%1 cannot be set to %2").arg(name, quoted(value)), "configvalue_invalid"};
+    const ConfigurationItem before = *item;
+    item->save(value);
+    if (item->saved != before.saved || item->effective != before.effective)
+        tell(audience, *item);
+    return {};
+}
+
+void set_effective(ServerState& state, Audience& audience, const char* name, const QString& value)
+{
+    ConfigurationItem* item = state.configuration.find(QLatin1String(name));
+    if (!item || item->effective == value)
+        return;
+    item->effective = value;
+    tell(audience, *item);
 }
 
 CommandRows configuration_commands()

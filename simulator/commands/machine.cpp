@@ -12,14 +12,11 @@ namespace simulator {
 
 namespace {
 
-constexpr quint64 disk_size = 8'000'000'000'000; // bytes
-constexpr int temperature = 385;                 // tenths of a degree Celsius
-constexpr quint32 io_latency = 4;                // fields
-constexpr quint32 melt_client = 1;
+constexpr quint32 io_latency = 4; // fields
 
 Refusal get_computer_name(Call& call)
 {
-    call.reply("computername", {{"ComputerName", call.state.settings.computer_name}});
+    call.reply("computername", {{"ComputerName", call.state.configuration.effective("ComputerName")}});
     return {};
 }
 
@@ -32,16 +29,17 @@ Refusal get_version_info(Call& call)
 
 Refusal get_compression_info(Call& call)
 {
-    const std::vector<Element> info = {{"CompressionYSize", decimal(160'000)},
-                                       {"CompressionCSize", decimal(80'000)},
-                                       {"CompressionKSize", decimal(0)},
-                                       {"AudioTrackCount", decimal(audio_track_count)},
-                                       {"CompressionVSymbol", "V"},
-                                       {"CompressionKSymbol", "K"},
-                                       {"CompressionASymbol", "A"},
-                                       {"CompressionVFrameBased", truth(false)},
-                                       {"CompressionKFrameBased", truth(false)},
-                                       {"CompressionAFrameBased", truth(true)}};
+    const std::vector<Element> info = {
+        {"CompressionYSize", decimal(160'000)},
+        {"CompressionCSize", decimal(80'000)},
+        {"CompressionKSize", decimal(0)},
+        {"AudioTrackCount", call.state.configuration.effective("AudioTrackCount")},
+        {"CompressionVSymbol", "V"},
+        {"CompressionKSymbol", "K"},
+        {"CompressionASymbol", "A"},
+        {"CompressionVFrameBased", truth(false)},
+        {"CompressionKFrameBased", truth(false)},
+        {"CompressionAFrameBased", truth(true)}};
     call.reply("compression_info", {{"CompressionInfo", info}});
     return {};
 }
@@ -68,7 +66,7 @@ Refusal get_reference_source(Call& call)
 
 Refusal get_disk_usage(Call& call)
 {
-    call.reply("disk_usage", {{"TotalDiskSpace", decimal(disk_size)},
+    call.reply("disk_usage", {{"TotalDiskSpace", decimal(call.state.machine.disk_size)},
                               {"AvailableDiskSpace", decimal(available_space(call.state))},
                               {"FieldSize", decimal(field_size)}});
     return {};
@@ -90,23 +88,14 @@ Refusal get_current_timecode(Call& call)
     return {};
 }
 
-// One client's melt, of the first clips that there are.
+// A clip may have gone since it was put into a melt.
 Refusal download_melts(Call& call)
 {
-    const std::vector<Element> flags = {{"MeltClientID", decimal(melt_client)},
-                                        Element("MeltFlagInhibitPortNumbering")};
-    call.reply("melt_flags", {{"MeltFlags", flags}});
-    quint32 element = 0;
-    for (const QString& clip : call.state.clips.clips(2)) {
-        const std::vector<Element> item = {
-            {"MeltClientID", decimal(melt_client)},
-            {"MeltListID", decimal(1)},
-            {"MeltElementID", decimal(++element)},
-            {"ClipID", clip},
-            {"MeltInPoint", decimal(0)},
-            {"MeltOutPoint", decimal(call.state.clips.clip(clip)->played_length())},
-            {"MeltLabel", QStringLiteral("M%1").arg(element)}};
-        call.reply("melt_item", {{"MeltItem", item}});
+    for (const auto& [client, melts] : call.state.machine.melts) {
+        call.reply("melt_flags", {melts.flags});
+        for (const Element& item : melts.items)
+            if (call.state.clips.has_clip(text(item, "ClipID")))
+                call.reply("melt_item", {item});
     }
     return {};
 }
@@ -115,17 +104,13 @@ Refusal download_melts(Call& call)
 
 quint64 available_space(const ServerState& state)
 {
-    return disk_size - std::min(disk_size, state.clips.field_count() * field_size);
+    const quint64 size = state.machine.disk_size;
+    return size - std::min(size, state.clips.field_count() * field_size);
 }
 
 std::vector<Element> no_timecode()
 {
     return {{"Valid", truth(false)}};
-}
-
-std::vector<Element> input_timecode(const ServerState&)
-{
-    return no_timecode();
 }
 
 std::vector<Element> display_timecode(ServerState& state, const Channel& channel)
@@ -135,39 +120,38 @@ std::vector<Element> display_timecode(ServerState& state, const Channel& channel
     quint32 field = channel.motion.field();
     if (const Clip* clip = channel.cue.is_virtual ? nullptr : state.clips.clip(channel.cue.clip))
         field += first_field(*clip); // wraps, as a field number does
+    const QString standard = state.configuration.effective("VideoStandard");
     return {{"Valid", truth(true)},
-            {"VideoStandard", state.configuration.effective("VideoStandard")},
+            {"VideoStandard", standard},
             {"FieldNumber", QString::number(static_cast<qint32>(field))},
-            {"DropFrameFlag", "ndf"}};
+            drop_frame_flag(standard)};
 }
 
-Element disk_space(ServerState& state)
+Element disk_space(const ServerState& state)
 {
-    return {
-        "DiskSpaceChange",
-        {{"TotalDiskSpace", decimal(disk_size)}, {"AvailableDiskSpace", decimal(available_space(state))}}};
+    return {"DiskSpaceChange",
+            {{"TotalDiskSpace", decimal(state.machine.disk_size)},
+             {"AvailableDiskSpace", decimal(available_space(state))}}};
 }
 
 void tell_machine(Call& call, const QString& report_class)
 {
+    const Machine& machine = call.state.machine;
     const auto tell = [&](const char* report, const Element& field) {
         call.audience.report_to(call.session, report, {field});
     };
     if (report_class == QLatin1String("disk_space"))
         tell("disk_space_changed", disk_space(call.state));
     if (report_class == QLatin1String("temperature"))
-        tell("temperature", {"Temperature10", decimal(temperature)});
+        tell("temperature", {"Temperature10", decimal(machine.temperature)});
     if (report_class == QLatin1String("ltc_input"))
-        tell("ltc_timecode", {"Timecode", no_timecode()});
+        tell("ltc_timecode", {"Timecode", input_timecode(call.state)});
     if (report_class == QLatin1String("melt"))
-        tell("melt_available", {"MeltClientID", decimal(melt_client)});
+        for (const auto& [client, melts] : machine.melts)
+            tell("melt_available", {"MeltClientID", decimal(client)});
     if (report_class == QLatin1String("alerts"))
-        tell("alert", {"Alert",
-                       {{"AlertingPriority", "malfunction"},
-                        {"AlertingLevel", "ok"},
-                        {"AlertName", "Temperature"},
-                        {"AlertNameDescription", "Temperature of the main board"},
-                        {"AlertValueDescription", QStringLiteral("%1 °C").arg(temperature / 10.0)}}});
+        for (const auto& [name, alert] : machine.alerts)
+            tell("alert", {"Alert", alert});
 }
 
 CommandRows machine_commands()

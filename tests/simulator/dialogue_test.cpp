@@ -1,6 +1,7 @@
 // What the server keeps, answers and reports: plays the dialogues in dialogues/. There, `1> ...` is a command
 // of the client 1, and what each client gets because of it follows, replies as `1< ...`, reports as `1* ...`.
-// Time stands still but for `1> step N`, which lets N fields pass. With SKUAN_RENEW_DIALOGUES set, what
+// `1> control ...` is a line of the control language, with its answer as `1= ...`. Time stands still but for
+// `1> step N`, which lets N fields pass. With SKUAN_RENEW_DIALOGUES set, what
 // really comes is written over what was expected, for a person to read.
 #include "compact.h"
 #include "plain_client.h"
@@ -48,6 +49,14 @@ private:
         if (command.startsWith("step ")) {
             station_->step(command.mid(5).toULongLong());
             return hear(name, *client, cmd("end", "<sync/>"));
+        }
+        if (command.startsWith("control ")) {
+            QString error;
+            const QString answer = station_->control(command.mid(8), &error);
+            std::string written;
+            for (const QString& line : (answer + error).split('\n', Qt::SkipEmptyParts))
+                written += std::string(1, name) + "= " + line.toStdString() + "\n";
+            return written + hear(name, *client, cmd("end", "<sync/>"));
         }
         return hear(name, *client, cmd("x", compact::to_command(command)) + cmd("end", "<sync/>"));
     }

@@ -171,7 +171,7 @@ TEST_F(ServerTest, TheProgramRefusesWhatItCannotDo)
         {{"--drop-chance", "1.5"}, 2, "'1.5' is no value for --drop-chance"},
         {{"--split-at", "5,4"}, 2, "'5,4' is no value for --split-at"},
         {{"extra"}, 2, "what is 'extra'?"},
-        {{"--clips", "/no/such/file"}, 2, "cannot read the clips from /no/such/file: "},
+        {{"--clips", "/no/such/file"}, 2, "cannot read /no/such/file: "},
         {{"--address", "203.0.113.1"}, 1, "cannot listen on 203.0.113.1:8913: "},
     };
     for (const auto& row : rows) {
