@@ -4,11 +4,13 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 
 #include <gmock/gmock.h>
 
 #include <csignal>
 #include <mutex>
+#include <set>
 
 using simulator::Faults;
 using support::Ran;
@@ -258,6 +260,136 @@ TEST_F(Skuanctl, CallsInTheOrderOfTheWire)
     }
 }
 
+TEST_F(Skuanctl, SendsWhatItsVerbsStandFor)
+{
+    const struct
+    {
+        const char* words;
+        QStringList sent;
+        QByteArray input = {};
+    } rows[] = {
+        {"cue A x --at 5 --out 9 --vclip --black",
+         {"cue_clip(Channel=A ClipID=x GotoPosition=5 ClipPosition=9 ClipScope=vclip BlackOnCue)"}},
+        {"play A --speed -0.5", {"play(Channel=A Speed=-0.5)"}},
+        {"play A,B --at 7", {"gang_go_at(ChannelSet(Channel=A Channel=B) GotoPosition=7)"}},
+        {"jog A -10", {"jog(Channel=A JogDistance=-10)"}},
+        {"loop in A 0", {"set_loop_in(Channel=A LoopIn=0)"}},
+        {"loop in A off", {"clear_loop_in(Channel=A)"}},
+        {"ee A,C 3 --auto", {"gang_ee(ChannelSet(Channel=A Channel=C) SonyEditMask=3 AutoEE=true)"}},
+        {"gang ee A 3", {"gang_ee(ChannelSet(Channel=A) SonyEditMask=3 AutoEE=false)"}},
+        {"precue activate B", {"precue_activate(Channel=B)"}},
+        {"record A x --length 9",
+         {"create_clip(ClipID=x TrackSet(TrackType=video TrackType=audio TrackType=timecode) ClipLength=9 "
+          "Channel=A)"}},
+        {"clip create x --tracks key", {"create_clip(ClipID=x TrackSet(TrackType=key))"}},
+        {"clip set x --title= --trim-start 4 --metadata a=b=c --metadata d= --remove e --frame0 8 "
+         "--track-trim video=2",
+         {"modify_clip_attributes(ClipID=x ClipAttrChange(Title MetadataList(Metadata(Key=a Value=b=c) "
+          "Metadata(Key=d Value)) KeyList(Key=e) TrimStart=4 TrackAttrVector(TrackAttr(TrackType=video "
+          "TrimStart=2)) Frame0Timecode(FieldNumber=8)))"}},
+        {"clip delete x y", {"delete_clip(ClipID=x)", "delete_clip(ClipID=y)"}},
+        {"clip delete -- -x", {"delete_clip(ClipID=-x)"}},
+        {"list insert A 2 v --vclip --end pause --transition cut",
+         {"list_insert(Channel=A ListIndex=2 ListElement(ContentID(VClipID=v) ListElementAtEnd=pause "
+          "Transition(TransitionType=cut)))"}},
+        {"list next A 3", {"list_play_next(Channel=A ListIndex=3 Roll=roll)"}},
+        {"list reorder A 0 4 5",
+         {"list_play_reorder_start(Channel=A)", "list_play_reorder_item(ListIndex=4)",
+          "list_play_reorder_item(ListIndex=5)", "list_play_reorder_finish(ListIndex=0)"}},
+        {"chase save c",
+         {"chase_save_start(ChaseID=c)",
+          "chase_save_element(ChaseElement(ContentID(ClipID=x y) Speed=0.0000152587890625 "
+          "TcStartTrigger=90))",
+          "chase_save_end"},
+         "{\"ContentID\":{\"ClipID\":\"x "
+         "y\"},\"Speed\":0.0000152587890625,\"TcStartTrigger\":90,\"host\":\"h\"}\n"},
+        {"vclip edit v",
+         {"vclip_modification_start(VClipID=v)",
+          "vclip_add_segment(VClipID=v ClipID=x y ClipPosition=0 TrackSet(TrackType=video) VClipPosition=10 "
+          "ClipLength=25 Speed=2)",
+          "vclip_ripple(VClipID=v TrackSet(TrackType=audio) VClipPosition=10 VClipDistance=-5)",
+          "vclip_modification_end(VClipID=v)"},
+         "add \"x y\" 0 video 10 25 --speed 2\n\nripple audio 10 -5\n"},
+        {"dict set k =", {"userdict_set(Key=k Value==)"}},
+        {"meta set d a=1 b=2 --prefix p",
+         {"metadata_set(MetadataDatabase=d MetadataList(Metadata(Key=a Value=1) Metadata(Key=b Value=2)) "
+          "MetadataPrefix=p)"}},
+        {"meta erase d a b", {"metadata_erase(MetadataDatabase=d KeyList(Key=a Key=b))"}},
+        {"export x=x.mxf y=y.mxf --at 5",
+         {"export_start", "export_add(ClipID=x Filename=x.mxf ClipPosition=5)",
+          "export_add(ClipID=y Filename=y.mxf ClipPosition=5)", "export_end"}},
+        {"log write t --error",
+         {"log(LogFilename=skuanctl LogLine=0 LogClient=skuanctl LogText=t LogError)"}},
+    };
+    const Scripted station;
+    int known = 0;
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.words);
+        const Ran ran = ask(station, QString(row.words).split(' '), row.input);
+        EXPECT_EQ(ran.code, 0) << ran.err.constData();
+        EXPECT_EQ(ran.out, "");
+        EXPECT_EQ(station.commands().mid(known), row.sent);
+        known = station.commands().size();
+    }
+}
+
+TEST_F(Skuanctl, TellsAtWhichStepAnEditEnded)
+{
+    const Station station;
+    const auto failure = [&](const char* words, const QByteArray& input = {}) {
+        return ask(station, QString(words).split(' '), input).err.toStdString();
+    };
+    EXPECT_EQ(failure("clip delete news/weather_tonight nothing archive/1987/opening_ceremony"),
+              "skuanctl: step 2 of 3, delete_clip: the server answered: no such clip \"nothing\"\n");
+    EXPECT_EQ(ask(station, {"clip", "exists", "archive/1987/opening_ceremony"}).out, "true\n");
+    EXPECT_THAT(failure("list save l", "{\"ContentID\":{\"ClipID\":\"a\"}}\n{\"ContentID\":1}\n"),
+                HasSubstr("element 2: ContentID takes no value but its parts"));
+    EXPECT_THAT(failure("vclip edit v", "enable video\nfree\n"), HasSubstr("line 2: 'free' is no edit"));
+}
+
+TEST_F(Skuanctl, ShowsAListAsItCanBeSaved)
+{
+    const Station station;
+    const QByteArray lines =
+        "{\"ContentID\":{\"ClipID\":\"bars_and_tone\"},\"GotoPosition\":5,\"Speed\":-0.5}\n"
+        "{\"ContentID\":{\"VClipID\":\"v\"},\"Transition\":{\"TransitionDuration\":9,"
+        "\"TransitionType\":\"dissolve\"}}\n";
+    EXPECT_EQ(ask(station, {"list", "save", "l"}, lines).err, "");
+    EXPECT_EQ(ask(station, {"list", "show", "l", "--json"}).out, lines);
+    EXPECT_EQ(ask(station, {"list", "show", "l"}).out,
+              "CLIP           AT  OUT  SPEED  ANGLE  START  END  TRANSITION  DURATION\n"
+              "bars_and_tone  5   -    -0.5   -      -      -    -           -\n"
+              "v              -   -    -      -      -      -    dissolve    9\n");
+}
+
+TEST_F(Skuanctl, AsksSeveralHosts)
+{
+    const Station one, two;
+    const QString nobody = QString::fromStdString(support::own_loopback_address());
+    const QString first = one.address().toString(), second = two.address().toString();
+    const QStringList hosts{"--host", QStringList{first, nobody, second}.join(',')};
+    const Ran ran = support::run(program, hosts + QStringList{"--json", "clip", "exists", "bars_and_tone"});
+    EXPECT_EQ(ran.code, 3);
+    std::set<QString> answered;
+    for (const QJsonObject& line : objects(ran.out))
+        answered.insert(line["host"].toString());
+    EXPECT_EQ(answered, (std::set<QString>{first, second}));
+    EXPECT_EQ(objects(ran.err).at(0)["host"], nobody);
+    const int width = std::max({first.size(), nobody.size(), second.size()});
+    EXPECT_THAT(
+        support::run(program, hosts + QStringList{"clip", "exists", "bars_and_tone"}).out.toStdString(),
+        HasSubstr(first.leftJustified(width).toStdString() + "  true\n"));
+}
+
+TEST_F(Skuanctl, WritesAManualPageOfAllVerbs)
+{
+    const QString page = support::run(program, {"man"}).out;
+    EXPECT_TRUE(page.contains("\n\\fBlist insert CHANNEL INDEX CLIP [OPTION...]\\fR\n"));
+    // A word of a verb's row that its command does not know would be shown as it stands there.
+    const auto stray = QRegularExpression("\\n(\\\\fB[a-z ]+ .*[A-Z][a-z]+.*)\\n").match(page);
+    EXPECT_EQ(stray.captured(1), "");
+}
+
 TEST_F(Skuanctl, PrintsRepliesTyped)
 {
     const QByteArray timecode =
@@ -325,6 +457,12 @@ TEST_F(Skuanctl, PrintsReportsOfTheClassesAsked)
     const Scripted quiet({"<ok/>"}, report); // about clips there is nothing to tell on its own
     EXPECT_EQ(ask(quiet, {"--count", "2", "reports", "clip_change"}).out,
               "channel_speed Channel=A Speed=-1.5\nconfig_changed\n");
+
+    // With --timeout, a report that does not come ends the watch.
+    const Ran late = ask(quiet, {"--timeout", "0.3", "clip", "watch"});
+    EXPECT_EQ(late.code, 4);
+    EXPECT_EQ(late.out.count('\n'), 2);
+    EXPECT_EQ(late.err, "skuanctl: no report came within 0.3 s\n");
 
     const Scripted station({"<error><ErrorMessage>no</ErrorMessage><ErrorCode>general</ErrorCode></error>"});
     const Ran ran = ask(station, {"--json", "reports", "melt"});

@@ -35,8 +35,8 @@ QStringList values_of(const Word& word, const QString& begun)
 {
     if (!word.tag)
         return {};
-    return word.placeholder == QLatin1String("CHANNELS") ? list_candidates(begun, word.tag->names)
-                                                         : value_candidates(*word.tag, begun);
+    const bool is_gang = word.tag->kind == Kind::enumeration && word.placeholder == QLatin1String("CHANNELS");
+    return is_gang ? list_candidates(begun, word.tag->names) : value_candidates(*word.tag, begun);
 }
 
 /// What may stand in place of the last word.

@@ -183,7 +183,7 @@ QString spelled(const Word& word)
                        : QStringLiteral("--%1 %2").arg(word.option, word.placeholder);
     if (word.repeats)
         text += QStringLiteral("...");
-    return word.optional ? '[' + text + ']' : text;
+    return word.optional && word.option.isEmpty() ? '[' + text + ']' : text;
 }
 
 QString usage(const VerbRow& row)

@@ -41,7 +41,7 @@ Form form_of(const VerbRow& row);
 /// "cue CHANNEL CLIP [OPTION...]".
 QString usage(const VerbRow& row);
 
-/// "--at POSITION", "[CLIP...]".
+/// "--at POSITION", "[DIRECTORY]", "CLIP...".
 QString spelled(const Word& word);
 
 /// The commands that the row stands for; the first that takes just what is given is sent.

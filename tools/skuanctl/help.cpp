@@ -33,14 +33,10 @@ QString general_help()
     text += QStringLiteral("\nExit codes, and the error that --json names:\n");
     for (const ExitRow& row : exit_rows())
         text += help_entry(QStringLiteral("%1 %2").arg(row.code, 3).arg(row.name), row.meaning);
-    return text + QStringLiteral("\nExamples:\n"
-                                 "  skuanctl --host studio-1,studio-2 info\n"
-                                 "  skuanctl --json clip list news | jq -r .ClipID\n"
-                                 "  skuanctl cue A news/opening --at 250 --loop loop\n"
-                                 "  skuanctl play A,B --speed 0.5\n"
-                                 "  skuanctl --count 1 --timeout 60 clip watch\n"
-                                 "  skuanctl list show evening --json | skuanctl list save copy\n"
-                                 "  skuanctl call cue_clip Channel=A ClipID=bars_and_tone Loop=loop\n");
+    text += QStringLiteral("\nExamples:\n");
+    for (const QString& example : examples())
+        text += QStringLiteral("  ") + example + '\n';
+    return text;
 }
 
 QString family_help(const QString& first)
@@ -72,6 +68,19 @@ QString verb_help(const VerbRow& verb)
 
 } // namespace
 
+QStringList examples()
+{
+    return {
+        "skuanctl --host studio-1,studio-2 info",
+        "skuanctl --json clip list news | jq -r .ClipID",
+        "skuanctl cue A news/opening --at 250 --loop loop",
+        "skuanctl play A,B --speed 0.5",
+        "skuanctl --count 1 --timeout 60 clip watch",
+        "skuanctl list show evening --json | skuanctl list save copy",
+        "skuanctl call cue_clip Channel=A ClipID=bars_and_tone Loop=loop",
+    };
+}
+
 QStringList first_words()
 {
     QStringList words;
@@ -94,7 +103,7 @@ QString meaning_of(const Word& word)
     if (!word.tag)
         return word.help;
     QString text = word.tag->meaning;
-    if (word.placeholder.endsWith(QLatin1String("CHANNELS")))
+    if (word.placeholder == QLatin1String("CHANNELS") && word.tag->kind == Kind::enumeration)
         text += QStringLiteral(" Several, as in A,B, act together.");
     if (!word.placeholder.isEmpty() && word.tag->kind != Kind::string && word.tag->kind != Kind::record)
         text += QStringLiteral(" (%1)").arg(wanted(*word.tag));

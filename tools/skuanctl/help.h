@@ -21,5 +21,8 @@ QString spelled(const OptionRow& row);
 /// Which keys the lines of JSON of a verb have.
 QString keys_of(const VerbRow& verb);
 
+/// Command lines that show how things go together.
+QStringList examples();
+
 /// The verbs by their first words, in the order of the table.
 QStringList first_words();

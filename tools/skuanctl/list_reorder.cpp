@@ -14,7 +14,7 @@ public:
     bool prepare() override
     {
         const QStringList& arguments = run_.options().arguments;
-        const Command& item = *commands_of(*run_.options().verb).front();
+        const Command& item = *commands_of(*run_.options().verb).back();
         const QString index = item.parts.front().tag->name + '=';
         const QString stem = item.name.section('_', 0, -2); // of the three commands
         bool good = add(stem + "_start", QStringLiteral("Channel=") + arguments[0]);

@@ -72,8 +72,10 @@ QString page()
             "On a terminal, control characters in names are shown as \\n, \\t or \\u{1b}, and a backslash as "
             "\\\\. Elsewhere names are written as they are, in UTF-8; a name may hold a line break, so a "
             "script that must be sure reads --json.") +
-        '\n';
-    return text;
+        '\n' + section("EXAMPLES") + QStringLiteral(".nf\n");
+    for (const QString& example : examples())
+        text += plain(example) + '\n';
+    return text + QStringLiteral(".fi\n");
 }
 
 class Man : public Verb
@@ -83,7 +85,8 @@ public:
 
     bool prepare() override
     {
-        run_.lines(page().split('\n', Qt::SkipEmptyParts), {});
+        const QString text = page();
+        run_.lines(text.split('\n', Qt::SkipEmptyParts), {{"page", text}});
         run_.done();
         return false;
     }

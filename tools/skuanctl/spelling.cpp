@@ -15,6 +15,7 @@ const Row rows[] = {
     {"AutoEE", "auto", ""},
     {"BlackOnCue", "black", ""},
     {"Channel", "", "CHANNEL"},
+    {"ChannelSet", "channels", "CHANNELS"},
     {"ChaseElementAtEnd", "end", ""},
     {"ChaseFromID", "", "FROM"},
     {"ChaseID", "", "CHASE"},
