@@ -113,8 +113,9 @@ void tell_disk_space(ServerState& state, Audience& audience)
 // A name may be used again; a UUID never is, or a child might find another clip for its parent.
 Refusal create(Call& call, const QString& name, Clip clip)
 {
-    clip.set_attribute("ClipUUID",
-                       ClipStore::uuid_of(name + QLatin1Char('\n') + decimal(++call.state.last_stamp)));
+    const QString stamp = decimal(++call.state.last_stamp);
+    clip.set_attribute("ContentEditStamp", stamp);
+    clip.set_attribute("ClipUUID", ClipStore::uuid_of(name + QLatin1Char('\n') + stamp));
     const QStringList made = call.state.clips.missing_directories(ClipStore::directory_of(name));
     if (Refusal refusal = with_room(call, entry_weight * (1 + made.size()) + weight(clip), [&] {
             return refusal_of(call.state.clips.create_clip(name, std::move(clip)), "clip", name, name);

@@ -12,13 +12,13 @@ import copy
 import os
 import random
 import re
-import subprocess
 import sys
 import time
 from xml.sax.saxutils import unescape
 
 from model.clips import Clip, Clips, listed, parent
 from model.lists import KINDS, Lists
+from model.server import Server
 from model.stage import Watcher
 from model.texts import KeyedTexts
 from model.wire import GENERAL, OK, Client, X, error, reply, x
@@ -138,23 +138,17 @@ def walk(seed, address):
             agree({who: heard}, world.everything() if step % 50 == 49 else probes)
 
 
-def own_address():
-    """Of this process alone, so that programs side by side never meet on one port."""
-    host = os.getpid() * 4 % (60 << 16)
-    return f"127.{192 + (host >> 16)}.{host >> 8 & 255}.{host & 255 | 1}"
-
-
 def main():
-    seed, address = int(os.environ.get("SKUAN_SEED", time.time() % 1e6)), own_address()
+    seed = int(os.environ.get("SKUAN_SEED", time.time() % 1e6))
     print(f"SKUAN_SEED={seed}", flush=True)
     for turn in range(int(os.environ.get("SKUAN_ROUNDS", 2))):
-        with subprocess.Popen([sys.argv[1], "--address", address, "--pace", "0"], stdout=subprocess.PIPE) as server:
-            try:
-                server.stdout.readline()
-                walk(seed + turn, address)
-            finally:
-                server.terminate()
-        assert server.returncode == 0, f"the server ended with {server.returncode}"
+        server = Server(sys.argv[1], "--pace", "0")
+        try:
+            walk(seed + turn, server.address)
+        finally:
+            server.terminate()
+            code = server.wait()
+        assert code == 0, f"the server ended with {code}"
 
 
 if __name__ == "__main__":
