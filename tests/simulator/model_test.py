@@ -4,8 +4,8 @@
     model_test.py SKUAN_SIM
 
 Several clients give random commands, good and bad. After each, server and model must agree on the answer, on
-every report that somebody is owed, and on what the command touched; now and then on everything. The seed is
-printed: SKUAN_SEED repeats a walk, and SKUAN_ROUNDS makes it longer.
+every report that somebody is owed, and on what the command touched; now and then, and after each restart, on
+everything. The seed is printed: SKUAN_SEED repeats a walk, and SKUAN_ROUNDS makes it longer.
 """
 
 import copy
@@ -13,6 +13,7 @@ import os
 import random
 import re
 import sys
+import tempfile
 import time
 from xml.sax.saxutils import unescape
 
@@ -23,7 +24,7 @@ from model.stage import Watcher
 from model.texts import KeyedTexts
 from model.wire import GENERAL, OK, Client, X, error, reply, x
 
-CLIENTS = (1, 2, 3)
+ASKER, CLIENTS = (0,), (1, 2, 3)
 STEPS = 400  # in a round, against a fresh server
 
 
@@ -47,6 +48,11 @@ class World(Clips, Lists, KeyedTexts):
         owned, self.watchers[who] = self.watchers[who].owned, Watcher()
         for key in sorted(owned):
             self.set_key(key, owned[key])
+
+    def restart(self):
+        """What is on channels does not outlive the server."""
+        self.heard = dict.fromkeys(CLIENTS, "")
+        self.loaded, self.used = ({}, {}), {}
 
     def everything(self):
         yield x("download_clipids"), "".join(
@@ -106,9 +112,9 @@ class Names(dict):
         return re.sub("(?<=UUID>)[^<]+", lambda uuid: self.setdefault(uuid[0], str(len(self))), text)
 
 
-def walk(seed, address):
+def walk(seed, server):
     world = World(random.Random(seed), CLIENTS)
-    clients = {who: Client(address) for who in (0, *CLIENTS)}  # the first one asks
+    clients = {who: Client(server.address) for who in ASKER + CLIENTS}
     world.begin_with(clients[0])
     names = Names(), Names()
 
@@ -124,13 +130,25 @@ def walk(seed, address):
             clients[0].hear(question.replace("_register", "_unregister").replace("_watch", "_unwatch"))
             same(question, got, answer)
 
+    def leave(who):
+        clients[who].leave()
+        if who in CLIENTS:
+            world.leave(who)
+
     for step in range(STEPS):
         who = world.dice.choice(CLIENTS)
         if world.chance(0.01):
             command = f"client {who} leaves"
-            clients[who].leave()
-            world.leave(who)
-            clients[who] = Client(address)
+            leave(who)
+            clients[who] = Client(server.address)
+            agree({}, world.everything())
+        elif world.chance(0.01):
+            command = "restart"
+            for who in ASKER + CLIENTS:
+                leave(who)
+            server.restart()
+            world.restart()
+            clients = {who: Client(server.address) for who in ASKER + CLIENTS}
             agree({}, world.everything())
         else:
             command, probes = world.step(who)
@@ -142,13 +160,13 @@ def main():
     seed = int(os.environ.get("SKUAN_SEED", time.time() % 1e6))
     print(f"SKUAN_SEED={seed}", flush=True)
     for turn in range(int(os.environ.get("SKUAN_ROUNDS", 2))):
-        server = Server(sys.argv[1], "--pace", "0")
-        try:
-            walk(seed + turn, server.address)
-        finally:
-            server.terminate()
-            code = server.wait()
-        assert code == 0, f"the server ended with {code}"
+        with tempfile.TemporaryDirectory() as folder:
+            server = Server(sys.argv[1], "--pace", "0", "--state", os.path.join(folder, "state"))
+            try:
+                walk(seed + turn, server)
+                server.stop()
+            finally:
+                server.kill()
 
 
 if __name__ == "__main__":
