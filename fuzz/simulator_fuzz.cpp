@@ -109,6 +109,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (result != simulator::MessageReader::Result::Message)
             break;
         listener.hear(responder.answer(std::move(message), session));
+        responder.field(); // what it has begun goes on
     }
     responder.leave(session);
     return 0;
