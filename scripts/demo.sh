@@ -28,9 +28,9 @@ ask() {
 ask info
 ask channel list
 ask clip list
-ask --json version
-ask call cue_clip Channel=A ClipID=news/weather_tonight Loop=loop
-ask --count 1 reports A:status # a registration begins with how things stand
+ask clip info bars_and_tone
+ask cue A news/weather_tonight --loop loop
+ask --json --count 1 reports A:status # a registration begins with how things stand
 ask raw '<cmd><xid>1</xid><get_computer_name/></cmd>'
 
 echo

@@ -24,7 +24,7 @@ void Dialogue::set_steps(const std::vector<XMLTree>& commands)
 bool Dialogue::stays() const
 {
     const Options& options = run_.options();
-    return options.verb->stay == Stay::always || options.count || options.listen;
+    return options.verb->stay >= Stay::always || options.count || options.listen;
 }
 
 bool Dialogue::has_all_reports() const
@@ -126,7 +126,7 @@ void Dialogue::all_answered()
     run_.link().stop_waiting();
     if (options.listen)
         listening_.start(*options.listen);
-    if (options.has_timeout)
+    if (options.has_timeout && options.verb->stay != Stay::holding)
         hearing_.start(options.timeout);
 }
 

@@ -114,9 +114,9 @@ QString meaning_of(const Word& word)
 
 QString keys_of(const VerbRow& verb)
 {
-    if (!*verb.command && *verb.shows && verb.stay == Stay::always)
+    if (verb.stay == Stay::always)
         return QStringLiteral("kind (report), name, values (by tag)");
-    if (!*verb.command || verb.stay == Stay::always)
+    if (!*verb.command)
         return QString::fromUtf8(verb.shows);
     QStringList keys;
     for (const QString& name : commands_of(verb).front()->replies)

@@ -43,6 +43,7 @@ enum class Stay {
     never,
     if_asked, ///< with --count or --listen
     always,   ///< until one of these, or Ctrl-C, ends it
+    holding,  ///< the same, for the connection's sake: reports need not come
 };
 
 struct VerbRow
