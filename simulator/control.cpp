@@ -280,19 +280,12 @@ Answer melt(const ControlContext& context, ControlLine& line)
     return done();
 }
 
-// Without its reference the server runs free, until it is found again.
 Answer reference(const ControlContext& context, ControlLine& line)
 {
     const QString word = line.word();
     if (word != QLatin1String("lost") && word != QLatin1String("found"))
         return misread();
-    const bool is_lost = word == QLatin1String("lost");
-    const QString saved = context.state.configuration.find(QStringLiteral("ReferenceSource"))->saved;
-    set_effective(context.state, context.audience, "ReferenceSource",
-                  is_lost ? QStringLiteral("freerun") : saved);
-    set_alert(context.state, context.audience, QStringLiteral("Reference"),
-              is_lost ? QStringLiteral("error") : QStringLiteral("ok"),
-              is_lost ? QStringLiteral("no signal at %1").arg(saved) : QStringLiteral("locked"));
+    set_reference(context.state, context.audience, word == QLatin1String("found"));
     return done();
 }
 

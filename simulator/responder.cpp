@@ -31,8 +31,8 @@ const Known* known_command(const QString& name)
         for (const auto family :
              {registration_commands, transport_commands, ownership_commands, clip_commands,
               play_list_commands, chase_list_commands, loaded_play_list_commands, loaded_chase_list_commands,
-              list_reordering_commands, list_playout_commands, chasing_commands, vclip_commands, export_commands,
-              metadata_commands, userdict_commands, configuration_commands, machine_commands,
+              list_reordering_commands, list_playout_commands, chasing_commands, vclip_commands,
+              export_commands, metadata_commands, userdict_commands, configuration_commands, machine_commands,
               logging_commands})
             for (const CommandRow& row : family())
                 if (const CommandForm* form = Catalogue::get().command(QLatin1String(row.name)))
@@ -130,7 +130,9 @@ void Responder::restart()
         if (channel.status != ChannelStatus::nochannel)
             channel = Channel();
     const quint64 timecode = ltc_field(state_), day = ltc_day(state_);
+    state_.chase_timecode.reset();
     state_.configuration.boot();
+    follow_reference(state_, audience_);
     set_ltc_field(state_, timecode * ltc_day(state_) / day);
 }
 

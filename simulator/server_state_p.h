@@ -47,8 +47,9 @@ struct ServerState
     Machine machine;
     std::vector<StartStep> start_script; // of the next start
     std::deque<QString> exports;         // what was exported last, a line for each clip
-    quint64 told_disk_space = 0;         // as it was when it last changed
-    quint64 last_stamp = 0;              // of the changes that clips keep a stamp of
+    quint64 exported_files = 0;
+    quint64 told_disk_space = 0; // as it was when it last changed
+    quint64 last_stamp = 0;      // of the changes that clips keep a stamp of
 };
 
 } // namespace simulator

@@ -88,6 +88,22 @@ void set_alert(ServerState& state, Audience& audience, const QString& name, cons
     audience.report("alert", {{"Alert", alert}});
 }
 
+void follow_reference(ServerState& state, Audience& audience)
+{
+    const QString wanted = state.configuration.find(QStringLiteral("ReferenceSource"))->saved;
+    set_effective(state, audience, "ReferenceSource",
+                  state.machine.has_reference ? wanted : QStringLiteral("freerun"));
+}
+
+void set_reference(ServerState& state, Audience& audience, bool is_there)
+{
+    state.machine.has_reference = is_there;
+    follow_reference(state, audience);
+    set_alert(state, audience, QStringLiteral("Reference"),
+              is_there ? QStringLiteral("ok") : QStringLiteral("error"),
+              is_there ? QStringLiteral("locked") : QStringLiteral("no signal"));
+}
+
 void set_disk_size(ServerState& state, Audience& audience, quint64 bytes)
 {
     state.machine.disk_size = bytes;

@@ -30,6 +30,7 @@ struct Machine
 
     quint32 temperature = 385;             // tenths of a degree Celsius
     quint64 disk_size = 8'000'000'000'000; // bytes
+    bool has_reference = true;
     Ltc ltc;
     std::map<QString, std::vector<Element>> alerts; // the fields of an `Alert` by its name
     std::map<quint32, Melts> melts;                 // by MeltClientID
@@ -50,10 +51,14 @@ Element disk_space(const ServerState& state);
 // Tells one client the present state of one of the classes that concern no channel, where it has one.
 void tell_machine(Call& call, const QString& report_class);
 
+// Without its reference the server runs free, whatever the configuration wants.
+void follow_reference(ServerState& state, Audience& audience);
+
 // Each changes one thing and tells who asked for it.
 void set_temperature(ServerState& state, Audience& audience, quint32 tenths);
 void set_alert(ServerState& state, Audience& audience, const QString& name, const QString& level,
                const QString& text);
+void set_reference(ServerState& state, Audience& audience, bool is_there);
 void set_disk_size(ServerState& state, Audience& audience, quint64 bytes);
 void add_melt(ServerState& state, Audience& audience, quint32 client, const Element& item); // a `MeltItem`
 void clear_melts(ServerState& state, Audience& audience, quint32 client);

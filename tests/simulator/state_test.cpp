@@ -3,6 +3,7 @@
 #include "compact.h"
 #include "plain_client.h"
 
+#include <QDir>
 #include <QLocalSocket>
 #include <QTemporaryDir>
 
@@ -183,6 +184,32 @@ TEST_F(StateTest, ARestartGoesThroughItsScriptAndBootsTheConfiguration)
     EXPECT_EQ(ask(after, "channel_report_register Channel=A ChannelReportType=status"),
               "* channel_status Channel=A ChannelStatus=idle\n< ok\n");
     EXPECT_EQ(ask(after, "cue_clip Channel=A ClipID=bars_and_tone").substr(0, 1), "*");
+}
+
+TEST_F(StateTest, ExportedFilesStayInTheirFolderAndReplaceNothing)
+{
+    QTemporaryDir outside, folder;
+    ASSERT_TRUE(QFile::link(outside.filePath("made"), folder.filePath("link")));
+    Settings settings = still();
+    settings.export_folder = folder.path();
+    const Station station(settings);
+    PlainClient client(station);
+    const auto exported = [&](const QString& filename) {
+        for (const QString& command :
+             {QString("export_start"), "export_add ClipID=bars_and_tone Filename=" + filename})
+            EXPECT_EQ(ask(client, qPrintable(command)), "< ok\n");
+        return ask(client, "export_end") == "< ok\n";
+    };
+    for (const char* name : {"/etc/a.mxf", "..\\b:c", "../..", "'x/'"})
+        EXPECT_TRUE(exported(name)) << name;
+    for (const char* name : {"a.mxf", "link"})
+        EXPECT_FALSE(exported(name)) << name;
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden | QDir::System),
+              QStringList({"_", "_..", "a.mxf", "b_c", "link"}));
+    EXPECT_TRUE(QDir(outside.path()).isEmpty());
+    QFile file(folder.filePath("a.mxf"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), "clip bars_and_tone\nin 0\nlength 3000\nangle 0\n");
 }
 
 TEST_F(StateTest, TheProgramIsToldWhatToDoAndSavesWhenItEnds)
