@@ -332,6 +332,18 @@ void give_disk(const ServerState& state, const Put& put)
     put({{"TotalDiskSpace", decimal(state.machine.disk_size)}});
 }
 
+// The last stamp, which may have been that of a clip that is gone: none is given twice.
+Refusal take_stamp(ServerState& state, const Element& entry)
+{
+    state.last_stamp = std::max(state.last_stamp, text(entry, "ContentEditStamp").toULongLong());
+    return {};
+}
+
+void give_stamp(const ServerState& state, const Put& put)
+{
+    put({{"ContentEditStamp", decimal(state.last_stamp)}});
+}
+
 // The fields of a record come in the order in which the server keeps them.
 Refusal take_alert(ServerState& state, const Element& entry)
 {
@@ -422,7 +434,8 @@ const std::vector<StateGroup>& state_groups()
         {"configuration", clear_nothing, {{"item", command("set_configuration"), take_item, give_items}}},
         {"machine",
          clear_nothing,
-         {{"temperature",
+         {{"stamp", {QStringLiteral("stamp"), {required("ContentEditStamp")}}, take_stamp, give_stamp},
+          {"temperature",
            {QStringLiteral("temperature"), {required("Temperature10")}},
            take_temperature,
            give_temperature},
