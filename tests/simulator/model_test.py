@@ -25,22 +25,32 @@ from model.texts import KeyedTexts
 from model.wire import GENERAL, OK, Client, X, error, reply, x
 
 ASKER, CLIENTS = (0,), (1, 2, 3)
-STEPS = 400  # in a round, against a fresh server
+STEPS = 600  # in a round, against a fresh server
 
 
 class World(Clips, Lists, KeyedTexts):
-    def step(self, who):
-        """Gives a random command of that client, and questions about what it touched with their answers."""
-        self.who, self.heard, self.probes = who, dict.fromkeys(CLIENTS, ""), []
-        self.choose()
+    plan = ()
+
+    def next_client(self):
+        """Who gives the next command: the same client until its plan is carried out."""
+        if not self.plan:
+            self.who = self.one(*CLIENTS)
+            self.choose()
+            self.plan = list(self.one(*[[]] * 15, *self.PLANS))
+        return self.who
+
+    def step(self):
+        """Gives a random command, and questions about what it touched with their answers."""
+        self.heard, self.probes = dict.fromkeys(CLIENTS, ""), []
         spoiled = self.chance(0.05)
         kept = copy.deepcopy({**self.__dict__, "dice": None}) if spoiled else None
-        command, refusal = self.one(*self.COMMANDS)(self)
+        interrupted = not self.plan or self.chance(0.1)
+        command, refusal = (self.one(*self.COMMANDS) if interrupted else self.plan.pop(0))(self)
         double = re.match(r"(<\w+>)(<(\w+)>[^<]*</\3>)", command)
         if spoiled and double:  # its first argument stands there twice
             self.__dict__.update(kept, dice=self.dice, probes=self.probes)
             command, refusal = X(command.replace(double[0], double[0] + double[2], 1)), GENERAL
-        self.heard[who] += error(refusal) if refusal else OK
+        self.heard[self.who] += error(refusal) if refusal else OK
         return command, [probe() for probe in self.probes]
 
     def leave(self, who):
@@ -86,11 +96,18 @@ class World(Clips, Lists, KeyedTexts):
     COMMANDS = [
         Clips.create_clip, Clips.create_child, Clips.delete_clip, Clips.rename_clip, Clips.rename_clip,
         Clips.modify_clip, Clips.modify_clip, Clips.create_directory, Clips.rename_dir, Clips.rename_dir,
-        Clips.use_clip, Lists.save_start, Lists.save_end, Lists.rename_list, Lists.delete_list, Lists.load_list,
-        Lists.load_list, Lists.unload_list, Lists.remove, Lists.modify_item, Lists.clear_modified,
-        Lists.reorder_start, Lists.reorder_item, Lists.reorder_item, Lists.reorder_finish,
-        KeyedTexts.metadata_set, KeyedTexts.metadata_set, KeyedTexts.metadata_erase, KeyedTexts.watch_metadata,
-    ] + [Lists.save_element, Lists.insert, KeyedTexts.userdict, register] * 3
+        Clips.use_clip, Lists.save_start, Lists.save_element, Lists.save_end, Lists.rename_list, Lists.delete_list,
+        Lists.load_list, Lists.unload_list, Lists.insert, Lists.remove, Lists.modify_item, Lists.clear_modified,
+        Lists.reorder_start, Lists.reorder_item, Lists.reorder_finish, KeyedTexts.metadata_set,
+        KeyedTexts.metadata_set, KeyedTexts.metadata_erase, KeyedTexts.watch_metadata, KeyedTexts.userdict,
+        KeyedTexts.userdict, KeyedTexts.userdict, register, register,
+    ]
+    # What makes sense only in a row.
+    PLANS = [
+        [Lists.save_start, *[Lists.save_element] * 4, Lists.save_end, Lists.load_list, register],
+        [Lists.load_list, *[Lists.insert] * 3, Lists.modify_item, Lists.clear_modified, Lists.remove],
+        [Lists.reorder_start, Lists.reorder_item, Lists.reorder_item, Lists.reorder_finish],
+    ]
 
     def begin_with(self, client):
         """Takes the clips that a fresh server has for granted; what is done to them is the model's business."""
@@ -136,13 +153,13 @@ def walk(seed, server):
             world.leave(who)
 
     for step in range(STEPS):
-        who = world.dice.choice(CLIENTS)
+        who = world.next_client()
         if world.chance(0.01):
             command = f"client {who} leaves"
             leave(who)
             clients[who] = Client(server.address)
             agree({}, world.everything())
-        elif world.chance(0.01):
+        elif world.chance(0.005):
             command = "restart"
             for who in ASKER + CLIENTS:
                 leave(who)
@@ -151,7 +168,7 @@ def walk(seed, server):
             clients = {who: Client(server.address) for who in ASKER + CLIENTS}
             agree({}, world.everything())
         else:
-            command, probes = world.step(who)
+            command, probes = world.step()
             heard = clients[who].hear(command)
             agree({who: heard}, world.everything() if step % 50 == 49 else probes)
 

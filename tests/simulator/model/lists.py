@@ -12,7 +12,7 @@ class Lists(Stage):
         self.lists, self.loaded = ({}, {}), ({}, {})  # of each kind; the loaded ones by channel
 
     def choose(self):
-        """The kind and the channel that the next command is about."""
+        """The kind and the channel that the next commands are about."""
         self.kind, self.channel = self.dice.randrange(2), self.one("A", "B")
         self.word, self.tag = KINDS[self.kind]
 
@@ -36,10 +36,10 @@ class Lists(Stage):
 
     def any_index(self):
         size = len(self.list()["elements"]) if self.list() else 1
-        return 65535 if self.chance(0.1) else self.dice.randrange(size + 2)
+        return 65535 if self.chance(0.05) else self.dice.randrange(size + 1)
 
     def any_id(self):
-        return self.one("morning", "evening", "evening", "evening", "é & co", "")
+        return self.one("morning", "evening", "é & co", "", *sorted(self.lists[self.kind]) * 3)
 
     def list(self):
         return self.loaded[self.kind].get(self.channel)
@@ -130,7 +130,7 @@ class Lists(Stage):
         return x(self.word + "_save_end"), None if draft else GENERAL
 
     def rename_list(self):
-        name, to, lists = self.any_id(), self.any_id(), self.lists[self.kind]
+        name, to, lists = self.any_id(), self.one("night", self.any_id()), self.lists[self.kind]
         command = x(self.word + "_rename", x(self.tag + "FromID", name), x(self.tag + "ToID", to))
         if name not in lists or to in lists or not to:
             return command, GENERAL

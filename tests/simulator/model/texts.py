@@ -78,7 +78,7 @@ class KeyedTexts(Stage):
                 self.heard[who] += x("report", x("userdict_change", Key=key, Value=value))
 
     def userdict(self):
-        key, value, watcher = self.any_key(), self.any_value(), self.watchers[self.who]
+        key, value, watcher = self.one("a", "", "two words"), self.any_value(), self.watchers[self.who]
         what = self.one("set", "set", "own", "erase", "watch", "watch", "unwatch")
         self.probes.append(lambda: self.about_key(key))
         if what == "set":
