@@ -1,154 +1,119 @@
 #!/usr/bin/env python3
-"""Holds the Wireshark dissector to what was really sent and received.
+"""Holds the Wireshark dissector to what was sent: dissector_test.py DISSECTOR [TEST...]"""
 
-    dissector_test.py DISSECTOR CATALOGUE PROGRAMS_FOLDER [TEST...]
-
-What tshark shows of a conversation must be what Python's own parser reads from the same bytes: each message
-with its xid, name and values, in the frame where it ends, each reply tied to its command.
-"""
-
-import json
 import os
-import random
 import shutil
-import socket
+import struct
 import subprocess
 import sys
 import tempfile
-import threading
-import time
 import unittest
+import xml.etree.ElementTree as ElementTree
+from collections import defaultdict
+from itertools import cycle, groupby
 from pathlib import Path
+from xml.sax.saxutils import unescape
 
-import views
-from capture import CLIENT, SERVER, Capture, Chunk, cut, glued
+sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "samples"))
+from messages import noisy  # noqa: E402
+from values import CATALOGUE, Node, base, is_loose, variants  # noqa: E402
 
-DISSECTOR, CATALOGUE, PROGRAMS = sys.argv[1:4]
 TSHARK = shutil.which("tshark")
 NO_TSHARK = 77  # tells ctest that the test was skipped
+PORT = 8913
+CLIENT, SERVER = 0, 1  # who sends
+KINDS = {"cmd": "command", "reply": "reply", "report": "report"}
 
 
-def own_address():
-    """Of this process alone, so that programs side by side never meet on one port."""
-    host = os.getpid() * 4 % (60 << 16)
-    return f"127.{192 + (host >> 16)}.{host >> 8 & 255}.{host & 255 | 1}"
+class Message:
+    """One of the kind `root`, as it is sent on one of several connections, and what is to be shown of it."""
+
+    def __init__(self, connection, root, entry, xid=""):
+        self.line = connection, CLIENT if root == "cmd" else SERVER
+        if connection == 0:
+            body = Node(entry.name, [base(item.tag) for item in entry.items])
+        else:
+            body = Node(entry.name, [next(variants(item.tag)) for item in entry.items if not is_loose(item)])
+        head = [Node("xid", xid)] if xid else []
+        sent = Node(root, [*head, body if connection else noisy(body)])
+        self.data = sent.lines().replace("\n", "\r\n").encode()
+        self.fields = dict(values(Node(root, head)), kind=KINDS[root], name=entry.name, values=values(body))
+        self.frames = {}  # which of its fields tell where another message ends
+
+    def answer(self, command, place, ends):
+        self.fields |= {"command": command.fields["name"], "place": str(place)}
+        self.frames["request_in"] = command
+        if ends:
+            command.frames["response_in"] = self
 
 
-class Recorder:
-    """Stands between a client and a server, and notes the bytes that pass with their times."""
-
-    def __init__(self, address, server):
-        self.connections = []
-        self.sockets = []
-        self.server = server
-        self.began = time.monotonic()
-        self.listener = socket.create_server((address, CATALOGUE["port"]))
-        self.threads = [threading.Thread(target=self.accept)]
-        self.threads[0].start()
-
-    def accept(self):
-        while True:
-            client, _ = self.listener.accept()
-            if not self.server:
-                client.close()
-                return
-            server = socket.create_connection((self.server, CATALOGUE["port"]))
-            self.sockets += [client, server]
-            chunks = []
-            self.connections.append(chunks)
-            for source, target, sender in (client, server, CLIENT), (server, client, SERVER):
-                thread = threading.Thread(target=self.carry, args=(source, target, sender, chunks))
-                self.threads.append(thread)
-                thread.start()
-
-    def carry(self, source, target, sender, chunks):
-        try:
-            while data := source.recv(65536):
-                chunks.append(Chunk(sender, time.monotonic() - self.began, data))
-                target.sendall(data)
-            target.shutdown(socket.SHUT_WR)
-        except OSError:
-            pass  # one side has gone, and what it did get is noted
-
-    def finish(self):
-        """All that was said, by connection; ends when every client has gone."""
-        self.server = None
-        socket.create_connection(self.listener.getsockname()).close()
-        for thread in self.threads:
-            thread.join()
-        for each in [self.listener, *self.sockets]:
-            each.close()
-        return self.connections
+def values(node):
+    """The text of an element, or pairs of the tags and values in it."""
+    if isinstance(node.content, str):
+        return unescape(node.content, {"&quot;": '"', "&apos;": "'"})
+    return [(each.name, values(each)) for each in node.content]
 
 
-class SampleMessages:
-    """Every message that the catalogue has, with every tag that it may hold or only with those that it must."""
+def shown_values(body):
+    """The same as a body's fields show them, without what the catalogue does not have."""
+    as_sent = {
+        "bool": lambda part: {"1": "true", "0": "false"}[part.get("show")],
+        "flag": lambda part: {"1": ""}[part.get("show")],
+        "speed": lambda part: str(float(part.get("show"))).removesuffix(".0"),
+    } | dict.fromkeys(["record", "set", "vector", "list"], shown_values)
+    fields = ((part.get("name", "").removeprefix("kvrp3."), part) for part in body)
+    known = ((CATALOGUE.tags[tag], part) for tag, part in fields if tag in CATALOGUE.tags)
+    return [(tag.name, as_sent.get(tag.kind, lambda part: part.get("show"))(part)) for tag, part in known]
 
-    def __init__(self, full):
-        self.full = full
-        self.names = {entry["name"]: entry["names"] for entry in CATALOGUE["enumerations"]}
-        self.records = {entry["name"]: entry["fields"] for entry in CATALOGUE["records"]}
-        self.containers = {entry["name"]: entry for entry in CATALOGUE["containers"]}
-        self.tags = {entry["name"]: entry for entry in CATALOGUE["tags"]}
-        self.random = random.Random(1)
 
-    def value(self, tag):
-        kind, of = self.tags[tag]["kind"], self.tags[tag].get("type")
-        largest = {"u8": 255, "u16": 65535, "u32": 4294967295, "u64": 18446744073709551615}
-        if kind in largest:
-            return str(self.random.choice([0, largest[kind]]))
-        if kind == "enum":
-            return self.random.choice(self.names[of])
-        if kind == "record":
-            return self.elements(self.records[of])
-        if kind in ("set", "vector", "list"):
-            return self.element(self.containers[of]["member"]) * self.random.randint(1, 3)
-        texts = {
-            "string": [" a &lt;b&gt; &amp;amp; ", "é 日本", ""],
-            "bool": ["true", "false"],
-            "flag": [""],
-            "int": ["-2147483648", "2147483647"],
-            "speed": ["1", "-0.5", "32.25"],
-        }
-        return self.random.choice(texts[kind])
+def conversation(connection):
+    """All commands, all the replies that they may get, and all reports: on connection 0 with everything that they
+    may hold and with what nobody knows, on others with no more than they must."""
+    commands = []
+    for number, command in enumerate(CATALOGUE.commands.values()):
+        xid = str(number % 100) if number % 5 else f"none{number}"  # some are there twice
+        commands.append(Message(connection, "cmd", command, xid))
+    yield from commands
+    for number, (asked, command) in enumerate(zip(commands, CATALOGUE.commands.values())):
+        streamed = [reply for reply in command.group.replies if not reply.ends] * 2
+        ending = next(reply for reply in command.group.replies if reply.ends)
+        if number % 7 == 0 and ending.name == "ok":
+            ending = CATALOGUE.replies["error"]
+        for place, reply in enumerate([*streamed, ending], 1):
+            message = Message(connection, "reply", reply, asked.fields["xid"])
+            message.answer(asked, place, reply is ending)
+            yield message
+    for report in CATALOGUE.reports.values():
+        yield Message(connection, "report", report)
 
-    def element(self, tag, content=None):
-        content = self.value(tag) if content is None else content
-        return f"<{tag}>{content}</{tag}>" if content else f"<{tag} />"
 
-    def elements(self, items):
-        must = (not item["optional"] and self.tags[item["tag"]]["kind"] != "flag" for item in items)
-        return "".join(self.element(item["tag"]) for item, needed in zip(items, must) if self.full or needed)
+def cut(pieces, lengths):
+    """The same bytes, in pieces of these lengths over and over."""
+    length = cycle(lengths)
+    for line, run in groupby(pieces, key=lambda piece: piece[0]):
+        data = b"".join(bytes for _, bytes in run)
+        while data:
+            n = next(length)
+            yield line, data[:n]
+            data = data[n:]
 
-    def message(self, root, entry, items, xid=None):
-        body = self.element(entry["name"], self.elements(items))
-        return f"<{root}>\r\n{self.element('xid', xid) if xid else ''}{body}</{root}>".encode()
 
-    def commands(self):
-        """Each with its bytes and its xid, of which some say that no reply is waited for."""
-        for number, command in enumerate(CATALOGUE["commands"], 1):
-            xid = str(number) if number % 5 else f"none{number}"
-            yield command, xid, self.message("cmd", command, command["arguments"], xid)
-
-    def conversation(self):
-        """The commands with all the replies that they may get, and all reports."""
-        replies = {entry["name"]: entry for entry in CATALOGUE["replies"]}
-        now, chunks = 0.0, []
-
-        def say(sender, data):
-            nonlocal now
-            now += 0.001
-            chunks.append(Chunk(sender, now, data))
-
-        for number, (command, xid, data) in enumerate(self.commands(), 1):
-            say(CLIENT, data)
-            streamed = [name for name in command["replies"] if not replies[name]["ends"]] * 2
-            endings = [name for name in command["replies"] if replies[name]["ends"]]
-            for name in streamed + (["error"] if number % 7 == 0 and endings == ["ok"] else endings):
-                say(SERVER, self.message("reply", replies[name], replies[name]["tags"], xid))
-        for report in CATALOGUE["reports"]:
-            say(SERVER, self.message("report", report, report["tags"]))
-        return chunks
+def write_capture(path, pieces, port=PORT, lost=()):
+    """Each piece is a frame of its own, and frame n goes out after n milliseconds; the lost ones are left out."""
+    with open(path, "wb") as file:
+        file.write(struct.pack("=IHHiIII", 0xA1B2C3D4, 2, 4, 0, 0, 1 << 18, 101))  # raw IP
+        passed = defaultdict(lambda: 1)
+        for frame, (line, data) in enumerate(pieces, 1):
+            connection, sender = line
+            way = slice(None, None, -1 if sender == SERVER else 1)
+            ports = (50000 + connection, port)[way]
+            back = passed[connection, 1 - sender]
+            tcp = struct.pack("!HHIIBBHHH", *ports, passed[line], back, 5 << 4, 24, 65535, 0, 0) + data
+            hosts = b"".join((bytes([127, 0, 0, 1]), bytes([127, 0, 0, 2]))[way])
+            packet = struct.pack("!BBHHHBBH", 0x45, 0, 20 + len(tcp), 0, 0, 64, 6, 0) + hosts + tcp
+            passed[line] += len(data)
+            if frame not in lost:
+                file.write(struct.pack("=IIII", *divmod(frame * 1000, 1000000), len(packet), len(packet)) + packet)
 
 
 class Dissector(unittest.TestCase):
@@ -157,78 +122,62 @@ class Dissector(unittest.TestCase):
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
-        self.folder = Path(folder.name)
-        self.tshark = views.Tshark(TSHARK, DISSECTOR, self.folder)
+        self.settings = folder.name  # nobody's own
+        self.path = f"{folder.name}/capture.pcap"
 
-    def capture(self, *connections, port=None):
-        capture = Capture(self.folder / "capture.pcap", port or CATALOGUE["port"])
-        with capture:
-            for chunks in connections:
-                capture.add_connection(chunks)
-        return capture
+    def tshark(self, *arguments):
+        done = subprocess.run(
+            [TSHARK, "-X", f"lua_script:{DISSECTOR}", "-r", self.path, *arguments],
+            env=os.environ | {"WIRESHARK_CONFIG_DIR": self.settings, "LC_ALL": "C.UTF-8"},
+            capture_output=True,
+            timeout=800,
+        )
+        complaint = done.stderr.decode()
+        self.assertFalse(done.returncode or "lua" in complaint.lower(), complaint)
+        return done.stdout.decode()
 
-    def check(self, *connections):
-        """The two views of a capture agree, and nothing in it is called wrong."""
-        capture = self.capture(*connections)
-        wanted = views.expected(capture, CATALOGUE)
-        seen = self.tshark.see(capture.path, CATALOGUE)
-        self.assertEqual(len(seen.messages), len(wanted))
-        for got, want in zip(seen.messages, wanted):
-            self.assertAlmostEqual(got.after, want.after, delta=2e-6)
-            got.after = want.after
-            self.assertEqual(got, want)
-        self.assertEqual([note for note in seen.notes if note[1] != "kvrp3.error"], [])
-        return wanted
+    def see(self, *arguments):
+        """Messages, each with its frame, and notes: frame, field and text."""
+        messages, notes = [], []
+        for packet in ElementTree.fromstring(self.tshark(*arguments, "-T", "pdml")).iter("packet"):
+            frame = int(packet.find("proto[@name='geninfo']/field[@name='num']").get("show"))
+            for proto in packet.iterfind("proto[@name='kvrp3']"):
+                fields = {part.get("name").removeprefix("kvrp3."): part.get("show") for part in proto}
+                if "kind" in fields:
+                    body = proto.find("field[@name='kvrp3.name']")
+                    messages.append((frame, fields | {"values": shown_values(body or ())}))
+                for note in proto.iterfind(".//field[@name='_ws.expert']"):
+                    text = note.find("field[@name='_ws.expert.message']").get("show")
+                    notes += [(frame, part.get("name"), text) for part in note if part.get("name", "")[:5] == "kvrp3"]
+        return messages, notes
 
     def test_every_message_of_the_catalogue(self):
-        connections = [SampleMessages(full=True).conversation(), SampleMessages(full=False).conversation()]
+        sent = [message for connection in (0, 1) for message in conversation(connection)]
+        pieces = [(message.line, message.data) for message in sent]
         for how, shape in (
-            ("one message to a segment", list),
-            ("many to a segment", glued),
-            ("cut anywhere", lambda chunks: cut(glued(chunks), [1, 2, 3, 5, 8, 13, 700])),
+            ("one message to a frame", pieces),
+            ("many to a frame", list(cut(pieces, [60000]))),
+            ("cut anywhere", list(cut(pieces, [1, 2, 3, 5, 8, 13, 700]))),
         ):
             with self.subTest(how):
-                wanted = self.check(*map(shape, connections))
-                for kind, table in ("command", "commands"), ("reply", "replies"), ("report", "reports"):
-                    shown = {message.name for message in wanted if message.kind == kind}
-                    self.assertEqual(shown, {entry["name"] for entry in CATALOGUE[table]})
-
-    def test_a_recorded_conversation(self):
-        server, recorder = own_address(), None
-        client_side = server.rsplit(".", 1)[0] + f".{int(server.rsplit('.', 1)[1]) + 1}"
-        simulator = subprocess.Popen(
-            [f"{PROGRAMS}/skuan-sim", "--address", server, "--flood", "20", "--flood-count", "3", "--split", "23"],
-            stdout=subprocess.PIPE,
-        )
-        try:
-            self.assertIn(b"listening", simulator.stdout.readline())
-            recorder = Recorder(client_side, server)
-            everything = b"".join(data for _, _, data in SampleMessages(full=True).commands())
-            twice = "<cmd><xid>7</xid><get_version_info/></cmd>" * 2
-            for arguments, data in (
-                (["info"], b""),
-                (["clip", "list"], b""),
-                (["--count", "3", "raw"], everything),
-                (["raw"], twice.encode()),
-            ):
-                command = [f"{PROGRAMS}/skuanctl", "--host", client_side, *arguments]
-                subprocess.run(command, input=data, stdout=subprocess.DEVNULL)
-            connections = recorder.finish()
-        finally:
-            simulator.terminate()
-            simulator.communicate()
-        for how, pieces in (
-            ("as recorded", connections),
-            ("glued", map(glued, connections)),
-            ("byte by byte", (cut(chunks, [1]) for chunks in connections[:1])),
-        ):
-            with self.subTest(how):
-                wanted = self.check(*pieces)
-                self.assertTrue(all(message.ended_in for message in wanted if message.kind == "command"))
+                write_capture(self.path, shape)
+                frames = defaultdict(list)  # of each byte, by line
+                for frame, (line, data) in enumerate(shape, 1):
+                    frames[line] += [frame] * len(data)
+                for message in sent:
+                    message.frame = frames[message.line][len(message.data) - 1]
+                    del frames[message.line][: len(message.data)]
+                shown, notes = self.see("-2")  # with a second pass, a command can tell what comes after it
+                self.assertEqual(len(shown), len(sent))
+                for message, (frame, fields) in zip(sent, shown):
+                    wanted = message.fields | {name: str(other.frame) for name, other in message.frames.items()}
+                    self.assertEqual((frame, {name: fields.get(name) for name in wanted}), (message.frame, wanted))
+                    if asked := message.frames.get("request_in"):
+                        self.assertAlmostEqual(float(fields["time"]), (frame - asked.frame) / 1000, delta=2e-6)
+                self.assertEqual({name for _, name, _ in notes}, {"kvrp3.error"})
 
     def test_bytes_that_are_no_messages(self):
         good = b"<cmd><xid>5</xid><delete_clip><ClipID>after</ClipID></delete_clip></cmd>"
-        unknown = b"<cmd><xid>1</xid><zap><Zip>1</Zip></zap></cmd>"
         rows = (
             ("malformed", b"GET / HTTP/1.1\r\n\r\n", "begins none"),
             ("malformed", bytes(range(256)) * 20, "begins none"),
@@ -243,7 +192,7 @@ class Dissector(unittest.TestCase):
             ("malformed", b"<cmd><" + b"a" * 5000 + b"/></cmd>", "a tag that does not end"),
             ("malformed", b"<cmd>" + b"<a>" * 20000, "too many elements"),
             ("malformed", b"<cmd><xid>" + b"a" * 1_200_000, "it does not end"),
-            ("wrong", unknown, "There is no command 'zap'"),
+            ("wrong", b"<cmd><xid>1</xid><zap><Zip>1</Zip></zap></cmd>", "There is no command 'zap'"),
             ("wrong", b"<cmd></cmd>", "An empty message"),
             ("wrong", b"<cmd><sync/></cmd>", "Tag 'xid' not found within 'cmd'"),
             ("wrong", b"<cmd><xid>1</xid><sync/><sync/></cmd>", "One <cmd> holds one"),
@@ -258,31 +207,34 @@ class Dissector(unittest.TestCase):
              b"</ChannelSet></gang_stop></cmd>", "ChannelSet holds at most 12"),
             ("unasked", b"<reply><xid>77</xid><ok/></reply>", "No command waits"),
         )
-        for lengths in ([65000], [1460, 1, 7]):
-            captured = self.capture(*(cut([Chunk(CLIENT, 0, bad), Chunk(CLIENT, 0, good)], lengths) for _, bad, _ in rows))
-            seen = self.tshark.see(captured.path, CATALOGUE)
-            for (kind, bad, words), segments in zip(rows, captured.connections):
+        for lengths in ([60000], [1460, 1, 7]):
+            pieces, ranges = [], []
+            for connection, (_, bad, _) in enumerate(rows):
+                first = len(pieces) + 1
+                pieces += cut([((connection, CLIENT), bad + good)], lengths)
+                ranges.append(range(first, len(pieces) + 1))
+            write_capture(self.path, pieces)
+            shown, notes = self.see()
+            for (kind, bad, words), frames in zip(rows, ranges):
                 with self.subTest(bad[:60], lengths=lengths):
-                    frames = range(segments[0].frame, segments[-1].frame + 1)
-                    notes = [note for note in seen.notes if note[0] in frames]
-                    self.assertTrue(any(name == f"kvrp3.{kind}" and words in text for _, name, text in notes), notes)
-                    messages = [message for message in seen.messages if message.frame in frames]
-                    self.assertEqual(messages[-1].values, [("ClipID", "after")])
+                    said = [note[1:] for note in notes if note[0] in frames]
+                    self.assertTrue(any(name == f"kvrp3.{kind}" and words in text for name, text in said), said)
+                    messages = [fields["values"] for frame, fields in shown if frame in frames]
+                    self.assertEqual(messages[-1], [("ClipID", "after")])
 
     def test_a_message_of_which_a_segment_is_lost(self):
-        start, whole = b"<cmd><xid>1</xid><sync", b"<cmd><xid>3</xid><delete_clip><ClipID>a</ClipID></delete_clip></cmd>"
-        chunks = [Chunk(CLIENT, 0, start), Chunk(CLIENT, 0, b"/></cmd>", lost=True), Chunk(CLIENT, 0, whole)]
-        seen = self.tshark.see(self.capture(chunks).path, CATALOGUE, passes=1)
-        self.assertEqual([message.xid for message in seen.messages], ["3"])
+        parts = b"<cmd><xid>1</xid><sync", b"/></cmd>", b"<cmd><xid>3</xid><stop_all/></cmd>"
+        write_capture(self.path, [((0, CLIENT), part) for part in parts], lost=[2])
+        self.assertEqual([fields["xid"] for _, fields in self.see()[0]], ["3"])
 
     def test_the_list_of_packets_and_the_port(self):
         data = (b"<cmd><xid>14</xid><cue_clip><Channel>A</Channel><ClipID>news_0042</ClipID><BlackOnCue/></cue_clip></cmd>"
                 b"<cmd><xid>none15</xid><gang_stop><ChannelSet><Channel>A</Channel><Channel>C</Channel></ChannelSet>"
                 b"</gang_stop></cmd>")
-        capture = self.capture([Chunk(CLIENT, 0, data)], port=9000)
-        self.assertEqual(self.tshark.see(capture.path, CATALOGUE).messages, [])
-        shown = self.tshark.run(
-            capture.path, "-o", "kvrp3.ports:9000", "-Y", 'kvrp3.Channel == "C" && kvrp3.name contains "gang"',
+        write_capture(self.path, [((0, CLIENT), data)], port=9000)
+        self.assertEqual(self.see()[0], [])
+        shown = self.tshark(
+            "-o", "kvrp3.ports:9000", "-Y", 'kvrp3.Channel == "C" && kvrp3.name contains "gang"',
             "-T", "fields", "-e", "_ws.col.Protocol", "-e", "_ws.col.Info")
         self.assertEqual(shown, "KVRP3\tcue_clip Channel=A ClipID=news_0042 BlackOnCue (xid 14); "
                                 "gang_stop ChannelSet=A,C (xid none15)\n")
@@ -292,5 +244,5 @@ if __name__ == "__main__":
     if not TSHARK:
         print("SKIPPED: tshark is not installed, so nothing holds the dissector to the truth here (./dev setup all)")
         sys.exit(NO_TSHARK)
-    CATALOGUE = json.loads(Path(CATALOGUE).read_text())
-    unittest.main(argv=sys.argv[:1] + sys.argv[4:], verbosity=2)
+    DISSECTOR = sys.argv.pop(1)
+    unittest.main(verbosity=2)
