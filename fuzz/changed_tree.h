@@ -1,21 +1,16 @@
 // Trees that are almost messages: a good one, changed here and there as the bytes of the input say.
 #pragma once
 
+#include <require.h>
+
 #include <skuan/markup/xml_parse.h>
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <iterator>
 #include <string>
 
 namespace fuzz {
-
-inline void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
 
 /// The input byte by byte; zeros behind its end.
 class Bytes

@@ -1,11 +1,14 @@
 // Bytes to characters and back, against a decoder written plainly from the encoding's bit patterns.
+#include <require.h>
+
 #include <skuan/foundation/astring.h>
 #include <skuan/foundation/astring_builder.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <vector>
+
+using fuzz::require;
 
 namespace {
 
@@ -35,12 +38,6 @@ std::vector<unsigned> decode(const std::uint8_t* p, std::size_t n)
         n -= length;
     }
     return out;
-}
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
 }
 
 } // namespace
