@@ -8,60 +8,16 @@
 #include <support/memory_client.h>
 #include <support/station.h>
 
-#include <QMetaMethod>
 #include <QPointer>
 
 #include <functional>
 
 namespace {
 
+using samples::replies;
 using Calls = std::vector<std::string>;
 
 constexpr auto l1 = AString::l1;
-
-/// Receives signals of any kind, found by the text of their signatures, and prints what they bring. They
-/// are queued, so that their values are copied as for another thread.
-class SignalLog : public QObject
-{
-public:
-    Calls seen;
-
-    /// `values` names the types as the signal does.
-    void watch(const QObject& sender, const std::string& signal, const samples::Message& message)
-    {
-        const QMetaObject* meta = sender.metaObject();
-        const int index = meta->indexOfSignal((signal + "(" + message.values + ")").c_str());
-        ASSERT_GE(index, 0) << signal;
-        const int slot = QObject::staticMetaObject.methodCount() + static_cast<int>(watched_.size());
-        watched_.push_back({message.name, meta->method(index).parameterTypes()});
-        QMetaObject::connect(&sender, index, this, slot, Qt::QueuedConnection);
-    }
-    int qt_metacall(QMetaObject::Call call, int id, void** arguments) override
-    {
-        id = QObject::qt_metacall(call, id, arguments);
-        if (id < 0 || call != QMetaObject::InvokeMetaMethod)
-            return id;
-        const Watched& signal = watched_[static_cast<std::size_t>(id)];
-        std::string values;
-        for (const QByteArray& type : signal.types)
-            values += samples::printers.at(type.toStdString())(*++arguments);
-        seen.push_back(samples::element(signal.name, values));
-        return -1;
-    }
-
-private:
-    struct Watched
-    {
-        std::string name;
-        QList<QByteArray> types;
-    };
-    std::vector<Watched> watched_;
-};
-
-std::string sample(const std::string& reply)
-{
-    return samples::replies.at(reply).sample;
-}
 
 class CallbackGroups : public support::CoreApplication
 {
@@ -107,18 +63,14 @@ TEST_F(CallbackGroups, of_every_kind_give_their_replies_as_signals)
     const auto check = [this]<typename Group>(const Calls& answers,
                                               void (*issue)(KVRP3::APIQt&, const Group&)) {
         Group group;
-        SignalLog log;
-        Calls replies = answers, expected;
-        replies.push_back("error");
-        for (const std::string& name : replies) {
-            log.watch(group, "sig_" + name, samples::replies.at(name));
-            expected.push_back(sample(name));
-        }
+        samples::Log log;
+        samples::watch(group, log);
+        Calls expected;
         issue(*client, group);
         for (const std::string& name : answers)
-            reply(xid, sample(name));
+            reply(xid, expected.emplace_back(replies.at(name)));
         issue(*client, group);
-        reply(xid, sample("error"));
+        reply(xid, expected.emplace_back(replies.at("error")));
         wait_until([&] { return client->outstanding_commands() == 0; });
         settle();
         EXPECT_EQ(log.seen, expected);
@@ -128,12 +80,12 @@ TEST_F(CallbackGroups, of_every_kind_give_their_replies_as_signals)
 
 TEST_F(CallbackGroups, are_not_needed_for_the_signals_of_reports)
 {
-    SignalLog log;
+    samples::Log log;
+    samples::watch(*client, log);
     Calls expected;
     for (const auto& [name, report] : samples::reports) {
-        log.watch(*client, "report_" + name, report);
-        station->send_raw(QByteArray("<report>") + report.sample + "</report>");
-        expected.push_back(report.sample);
+        station->send_raw(QByteArray::fromStdString("<report>" + report + "</report>"));
+        expected.push_back(report);
     }
     wait_until([&] { return log.seen.size() == expected.size(); });
     EXPECT_EQ(log.seen, expected);
@@ -148,11 +100,11 @@ TEST_F(CallbackGroups, may_go_before_the_replies_to_their_commands)
             client->cmd_sync(group);
             each = xid;
         }
-        reply_to_end(xids[1], sample("ok"));
+        reply_to_end(xids[1], replies.at("ok"));
     }
-    reply_to_end(xids[2], sample("error"));
+    reply_to_end(xids[2], replies.at("error"));
     EXPECT_EQ(guards(), 1u); // for the one that is in flight
-    reply_to_end(xids[0], sample("ok"));
+    reply_to_end(xids[0], replies.at("ok"));
     EXPECT_EQ(guards(), 0u);
 }
 
@@ -172,11 +124,11 @@ TEST_F(CallbackGroups, may_go_in_the_midst_of_a_stream)
                 end(group);
         });
         client->cmd_download_clipids(*group);
-        reply(xid, sample("clipid"));
+        reply(xid, replies.at("clipid"));
         wait_until([&] { return group.isNull(); });
-        reply(xid, sample("clipid"));
+        reply(xid, replies.at("clipid"));
         EXPECT_EQ(guards(), 1u);
-        reply_to_end(xid, sample("ok"));
+        reply_to_end(xid, replies.at("ok"));
         EXPECT_EQ(items, 1);
         EXPECT_EQ(guards(), 0u);
     }
@@ -193,7 +145,7 @@ TEST_F(CallbackGroups, wait_for_a_slot_before_they_go)
         EXPECT_FALSE(other->ended());
     });
     client->cmd_sync(*group);
-    reply_to_end(xid, sample("ok"));
+    reply_to_end(xid, replies.at("ok"));
     other->join();
 }
 
@@ -209,7 +161,7 @@ TEST_F(CallbackGroups, may_go_on_any_thread_at_any_time)
                 std::this_thread::yield();
             delete group;
         });
-        reply_to_end(xid, sample("ok"));
+        reply_to_end(xid, replies.at("ok"));
         other.join();
         EXPECT_LE(oks, 1);
         EXPECT_EQ(guards(), 0u);
@@ -225,13 +177,12 @@ TEST_F(CallbackGroups, are_let_go_by_commands_that_nobody_answers)
     EXPECT_TRUE(client->forget_transaction(xid));
     EXPECT_EQ(guards(), 0u);
 
-    SignalLog log;
+    samples::Log log;
     {
         const KVRP3::CallbackGroup_set6 group;
-        log.watch(group, "sig_computername", samples::replies.at("computername"));
-        log.watch(group, "sig_error", samples::replies.at("error"));
+        samples::watch(group, log);
         client->cmd_get_computer_name(group);
-        reply_to_end(xid, sample("ok")); // not an answer to this, and the end of it
+        reply_to_end(xid, replies.at("ok")); // not an answer to this, and the end of it
         settle();
         EXPECT_EQ(log.seen, Calls());
 

@@ -8,6 +8,7 @@
 #include <support/memory_client.h>
 #include <support/station.h>
 
+#include <QMetaMethod>
 #include <QRegularExpression>
 
 #include <set>
@@ -25,9 +26,17 @@ constexpr auto l1 = AString::l1;
 
 TEST(Catalogue, values_are_types_that_qt_knows_before_anything_is_made)
 {
-    EXPECT_NE(QMetaType::type("AString"), static_cast<int>(QMetaType::UnknownType));
-    for (const auto& [name, print] : samples::printers)
-        EXPECT_NE(QMetaType::type(name.c_str()), static_cast<int>(QMetaType::UnknownType)) << name;
+    const auto check = [](const QMetaObject& meta, const char* prefix) {
+        for (int i = meta.methodOffset(); i != meta.methodCount(); ++i) {
+            const QMetaMethod method = meta.method(i);
+            for (const QByteArray& type : method.parameterTypes())
+                EXPECT_TRUE(!method.name().startsWith(prefix) ||
+                            QMetaType::isRegistered(QMetaType::type(type)))
+                    << method.methodSignature().data();
+        }
+    };
+    check(KVRP3::APIQt::staticMetaObject, "report_");
+    samples::for_each_group([&]<typename Group>(auto&&...) { check(Group::staticMetaObject, "sig_"); });
 }
 
 bool is_report(const XMLTree& element)
@@ -138,7 +147,7 @@ private:
         log.seen.clear();
         for (const std::string& name : names) {
             EXPECT_EQ(client.outstanding_commands(), 1u) << name;
-            expected.push_back(samples::replies.at(name).sample);
+            expected.push_back(samples::replies.at(name));
             client.reply(xid, expected.back());
         }
         EXPECT_EQ(log.seen, expected);
@@ -230,24 +239,25 @@ TEST(Catalogue, records_differ_if_any_field_does)
 
 TEST(Catalogue, enumerations_have_their_names_both_ways)
 {
-    for (const samples::Enumeration& e : samples::enumerations) {
-        const int count = static_cast<int>(e.names.size());
+    const auto check = []<typename E>(const auto& names, AString (*to_string)(E),
+                                      bool (*from_string)(const AString&, E*), bool (*valid)(int)) {
+        const int count = static_cast<int>(names.size());
         for (int i = 0; i != count; ++i) {
-            int value = -1;
-            EXPECT_EQ(e.to_string(i), l1(e.names[i]));
-            EXPECT_TRUE(e.from_string(l1(e.names[i]), &value) && value == i) << e.names[i];
-            EXPECT_TRUE(e.from_string(l1(e.names[i]), nullptr) && e.valid(i)) << e.names[i];
+            E value{};
+            EXPECT_EQ(to_string(static_cast<E>(i)), l1(names[i]));
+            EXPECT_TRUE(from_string(l1(names[i]), &value) && value == i) << names[i];
+            EXPECT_TRUE(from_string(l1(names[i]), nullptr) && valid(i)) << names[i];
         }
         for (const int outside : {-1, count, 1 << 30}) {
-            EXPECT_FALSE(e.valid(outside)) << e.name;
-            EXPECT_EQ(e.to_string(outside), AString()) << e.name;
+            EXPECT_FALSE(valid(outside)) << names[0];
+            EXPECT_EQ(to_string(static_cast<E>(outside)), AString()) << names[0];
         }
-        int untouched = 42;
-        for (const char* unknown : {"", " ", "no such name"})
-            EXPECT_FALSE(e.from_string(l1(unknown), &untouched)) << e.name;
-        EXPECT_FALSE(e.from_string(l1(e.names[0]) + l1(" "), &untouched));
-        EXPECT_EQ(untouched, 42);
-    }
+        E untouched = static_cast<E>(count - 1);
+        for (const AString& unknown : {l1(""), l1(" "), l1("no such name"), l1(names[0]) + l1(" ")})
+            EXPECT_FALSE(from_string(unknown, &untouched)) << names[0];
+        EXPECT_EQ(untouched, count - 1);
+    };
+    samples::for_each_enumeration(check);
 }
 
 } // namespace

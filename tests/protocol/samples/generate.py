@@ -56,21 +56,12 @@ def printers():
             value = {"record": "body(v)", "enum": f"name(names_of_{tag.of}, v)", "speed": "speed(v)"}
             result = f'return element("{tag.name}", {value.get(tag.kind, "plain(v)")});'
         yield f"inline std::string print_{tag.name}(const KVRP3::{tag.name}& v) {{ {result} }}"
-    yield "/// By the names of types in signals."
-    yield "inline const std::map<std::string, std::string (*)(const void*)> printers = {"
-    for tag in tags:
-        yield f'    {{"KVRP3::{tag.name}", [](const void* v) {{ return print_{tag.name}(*static_cast<const KVRP3::{tag.name}*>(v)); }}}},'
-    for item in {item.tag.name: item for message in MESSAGES for item in message.items if item.optional}.values():
-        type_name = signal_type(item)
-        yield f'    {{"{type_name}", [](const void* v) {{ const auto& option = *static_cast<const {type_name}*>(v);'
-        yield f'        return option ? print_{item.tag.name}(option.value()) : ""; }}}},'
-    yield "};"
 
 
 def log():
-    """A class with a function for each reply and report, a client that calls it, and callbacks that do."""
+    """A class with a function for each reply and report; a client, callbacks and signals that call it."""
     yield "/// Keeps what came as elements."
-    yield "struct Log"
+    yield "struct Log : QObject"
     yield "{"
     yield "    std::vector<std::string> seen;"
     for message in MESSAGES:
@@ -105,6 +96,16 @@ def log():
         yield f"{{ return std::make_tuple({', '.join(callbacks)}); }}"
         yield f"inline KVRP3::CallbackGroup_set{group.number} new_group(std::integral_constant<int, {group.number}>)"
         yield "{ return {}; }"
+    signals = {f"CallbackGroup_set{group.number}": ("sig_", group.replies) for group in CATALOGUE.groups.values()}
+    for sender, (prefix, messages) in (signals | {"APIQt": ("report_", CATALOGUE.reports.values())}).items():
+        yield "/// Queued, so that their values are copied as for another thread."
+        yield "template <typename To>"
+        yield f"void watch(const KVRP3::{sender}& sender, To& log)"
+        yield "{"
+        for message in messages:
+            signal = f"&KVRP3::{sender}::{prefix}{message.name}"
+            yield f"    QObject::connect(&sender, {signal}, &log, &To::{message.name}, Qt::QueuedConnection);"
+        yield "}"
     yield "/// The good answers to a command of a group; the last one ends it."
     yield "inline const std::vector<std::string> answers[] = {"
     yield "    {},"
@@ -127,14 +128,12 @@ def message_tables():
     yield "inline constexpr std::pair<const char*, const char*> refused[] = {"
     yield from (f"    {{{literal(given.xml())}, {literal(error)}}}," for given, error in faults.refused)
     yield "};"
-    yield "struct Message { const char *name, *values, *sample; bool ends; };"
     for table in ("replies", "reports"):
-        yield f"inline const std::map<std::string, Message> {table} = {{"
+        yield f"inline const std::map<std::string, std::string> {table} = {{"
         for message in getattr(CATALOGUE, table).values():
-            values = ",".join(signal_type(item) for item in message.items)
             sample = "".join(base(item.tag).xml() for item in message.items)
             sample = f"<{message.name}>{sample}</{message.name}>" if sample else f"<{message.name} />"
-            yield f'    {{"{message.name}", {{"{message.name}", "{values}", {literal(sample)}, {str(message.ends).lower()}}}}},'
+            yield f'    {{"{message.name}", {literal(sample)}}},'
         yield "};"
 
 
@@ -156,18 +155,14 @@ def commands():
     """Each command in every form that a call can have."""
     known = set()
     for command in CATALOGUE.commands.values():
-        yield f"struct {command.name}_command"
-        yield "{"
-        yield "    template <typename To, typename... A>"
-        yield f"    auto operator()(To& to, const A&... a) const {{ return to.cmd_{command.name}(a...); }}"
-        yield "};"
         yield "template <typename Ways>"
         yield f"void call_{command.name}(Ways& ways)"
         yield "{"
+        yield f"    const auto send = [](auto& to, const auto&... a) {{ return to.cmd_{command.name}(a...); }};"
         for nodes, arguments in calls(command, known):
             lines = "\n".join([f"<{command.name}>", *(node.lines() for node in nodes), f"</{command.name}>"])
             xml = lines if nodes else f"<{command.name} />"
-            passed = ", ".join([f"{command.name}_command()", literal(xml), *arguments])
+            passed = ", ".join(["send", literal(xml), *arguments])
             yield f"    ways.template all<{command.group.number}>({passed});"
         yield "}"
     yield "template <typename Ways>"
@@ -229,14 +224,13 @@ def changes():
 
 
 def enumeration_table():
-    yield "struct Enumeration { const char* name; const std::vector<const char*>& names; AString (*to_string)(int);"
-    yield "    bool (*from_string)(const AString&, int*); bool (*valid)(int); };"
-    yield "inline const std::vector<Enumeration> enumerations = {"
+    """Calls a function with the names of each enumeration, and with its converters."""
+    yield "template <typename F>"
+    yield "void for_each_enumeration(F f)"
+    yield "{"
     for name in CATALOGUE.enumerations:
-        kind = f"KVRP3::{name}"
-        converters = f"to_name<{kind}, KVRP3::{name}_to_string>, from_name<{kind}, KVRP3::string_to_{name}>"
-        yield f'    {{"{name}", names_of_{name}, {converters}, KVRP3::valid_{name}}},'
-    yield "};"
+        yield f"    f(names_of_{name}, KVRP3::{name}_to_string, KVRP3::string_to_{name}, KVRP3::valid_{name});"
+    yield "}"
 
 
 HEADERS = {

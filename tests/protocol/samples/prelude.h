@@ -82,21 +82,4 @@ Container row(std::initializer_list<Member> members)
     return container;
 }
 
-// The converters of any enumeration, by numbers.
-
-template <typename E, AString (*ToName)(E)>
-AString to_name(int value)
-{
-    return ToName(static_cast<E>(value));
-}
-template <typename E, bool (*FromName)(const AString&, E*)>
-bool from_name(const AString& name, int* value)
-{
-    E read;
-    const bool known = FromName(name, value ? &read : nullptr);
-    if (known && value)
-        *value = read;
-    return known;
-}
-
 } // namespace samples
