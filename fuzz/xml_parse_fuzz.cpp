@@ -1,8 +1,9 @@
-// A message's text, as bytes: whatever is accepted must mean the same when it is written and read
-// again, and the same as to a full XML reader; whatever that reader finds within the grammar must be
-// accepted.
+// From bytes to characters, and from these to a message. The characters must be those that come one by one.
+// Whatever is accepted as a message must mean the same when it is written and read again, and the same as to
+// a full XML reader; whatever that reader finds within the grammar must be accepted.
 #include <require.h>
 
+#include <skuan/foundation/astring_builder.h>
 #include <skuan/markup/xml_parse.h>
 
 #include <QByteArray>
@@ -15,6 +16,21 @@
 #include <string>
 
 namespace {
+
+/// `text` ends at the first byte that is refused; the strict reading refuses all then.
+void check_characters(const AString& text, const char* bytes, unsigned n)
+{
+    AChar c;
+    unsigned used = 0;
+    unsigned at = 0;
+    text.for_each_run([&](const AChar* run, unsigned length) {
+        for (unsigned i = 0; i < length; ++i, at += used)
+            fuzz::require(AChar::consume_utf8(bytes + at, n - at, &c, &used) && c == run[i]);
+    });
+    fuzz::require(!AChar::consume_utf8(bytes + at, n - at, &c, &used));
+    AString strict;
+    fuzz::require(skuan::string_from_utf8(bytes, n, &strict) == (at == n) && (at < n || strict == text));
+}
 
 std::string written(const XMLTree& tree)
 {
@@ -65,9 +81,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     const char* bytes = reinterpret_cast<const char*>(data);
     const AString text = AString::from_utf8(bytes, static_cast<unsigned>(size));
+    check_characters(text, bytes, static_cast<unsigned>(size));
     bool error = false;
     const XMLTree tree = XMLParse(text, &error);
     fuzz::require(error == tree.is_null());
+    const std::string whole = text.to_string();
+    if (AString::from_string(whole) != text)
+        return 0; // characters that UTF-8 cannot hold, decoded as they stood
 
     if (!error) {
         bool again = true;
@@ -77,9 +97,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     // Where both have an opinion. A full reader turns CR LF into LF, resolves "&#65;", takes a bare '>'
     // in text, and knows a few names and characters that the grammar does not.
-    const std::string whole = text.to_string();
-    if (AString::from_string(whole) != text)
-        return 0; // characters that UTF-8 cannot hold, decoded as they stood
     for (const char* only_there : {"\r", "&#", "<?", "<!", ":", "-", ".", ">>", "\xEF\xBF", "\x7F"})
         if (whole.find(only_there) != std::string::npos)
             return 0;
