@@ -1,14 +1,12 @@
 #include <skuan/platform/stream_socket.h>
 
 #include <support/blocked_thread.h>
-#include <support/loopback_address.h>
+#include <support/silent_server.h>
 
 #include <gtest/gtest.h>
 
-#include <arpa/inet.h>
 #include <atomic>
 #include <functional>
-#include <netinet/in.h>
 #include <string>
 #include <sys/socket.h>
 #include <thread>
@@ -16,40 +14,20 @@
 #include <vector>
 
 using skuan::platform::StreamSocket;
+using support::SilentServer;
 
 namespace {
 
-/// A bare listener on an address of its own, so that the test's other end shares no code with ours.
-struct Listener
-{
-    const std::uint32_t address = ntohl(inet_addr(support::own_loopback_address().c_str()));
-    std::uint16_t port = 0;
-    int descriptor;
-
-    explicit Listener(int backlog = 8) : descriptor(socket(AF_INET, SOCK_STREAM, 0))
-    {
-        sockaddr_in own{};
-        socklen_t size = sizeof own;
-        own.sin_family = AF_INET;
-        own.sin_addr.s_addr = htonl(address);
-        EXPECT_EQ(bind(descriptor, reinterpret_cast<sockaddr*>(&own), size), 0);
-        EXPECT_EQ(listen(descriptor, backlog), 0);
-        EXPECT_EQ(getsockname(descriptor, reinterpret_cast<sockaddr*>(&own), &size), 0);
-        port = ntohs(own.sin_port);
-    }
-    ~Listener() { close(descriptor); }
-
-    int accept() const { return ::accept(descriptor, nullptr, nullptr); }
-};
+constexpr std::uint16_t port = 8913;
 
 /// A peer who reads nothing has no room for it, so that its sending blocks.
 const std::vector<char> large(64 << 20, 'x');
 
 TEST(StreamSocket, CarriesLargeBuffersWholeInBothDirections)
 {
-    Listener listener;
+    SilentServer listener(SilentServer::Open);
     StreamSocket socket;
-    ASSERT_TRUE(socket.connect(listener.address, listener.port));
+    ASSERT_TRUE(socket.connect(listener.ipv4(), port));
     const int server = listener.accept();
     const std::string sent(5'000'000, 'x');
     std::thread echo([&] {
@@ -74,7 +52,7 @@ TEST(StreamSocket, CarriesLargeBuffersWholeInBothDirections)
 
 TEST(StreamSocket, FailsInsteadOfCrashing)
 {
-    Listener listener;
+    SilentServer listener(SilentServer::Open);
     StreamSocket socket;
     char byte = 0;
     const auto expect_unconnected = [&] {
@@ -85,18 +63,16 @@ TEST(StreamSocket, FailsInsteadOfCrashing)
         socket.close();
     };
     expect_unconnected();
-    {
-        const std::uint16_t refusing_port = Listener().port; // closed again by now
-        EXPECT_FALSE(socket.connect(listener.address, refusing_port));
-    }
+    const unsigned refusing = SilentServer(SilentServer::Open).ipv4(); // closed again by now
+    EXPECT_FALSE(socket.connect(refusing, port));
     expect_unconnected();
 
-    ASSERT_TRUE(socket.connect(listener.address, listener.port));
+    ASSERT_TRUE(socket.connect(listener.ipv4(), port));
     close(listener.accept());
     // The first sends may still go out, then the peer's reset is known; no signal ends the process.
     while (socket.send("a", 1) == 1) {
     }
-    ASSERT_TRUE(socket.connect(listener.address, listener.port)) << "a new connection begins afresh";
+    ASSERT_TRUE(socket.connect(listener.ipv4(), port)) << "a new connection begins afresh";
     const int server = listener.accept();
     EXPECT_EQ(socket.send("a", 1), 1);
     close(server);
@@ -111,23 +87,24 @@ TEST(StreamSocket, CancelEndsEveryBlockedCallAndFailsEveryLaterOne)
     {
         const char* call;
         bool starts_connected;
-        std::function<bool(StreamSocket&, const Listener&)> gives_failure;
+        std::function<bool(StreamSocket&, unsigned)> gives_failure;
         void (StreamSocket::*end)() = &StreamSocket::cancel;
     } cases[] = {
-        {"connect", false, [](auto& s, auto& to) { return !s.connect(to.address, to.port); }},
-        {"receive with a limit", true, [&](auto& s, auto&) { return s.receive(&byte, 1, 1u << 30) == -1; }},
-        {"receive", true, [&](auto& s, auto&) { return s.receive(&byte, 1) < 0; }},
-        {"send", true, [](auto& s, auto&) { return s.send(large.data(), large.size()) < 1; }},
-        {"send, closed", true, [](auto& s, auto&) { return s.send(large.data(), large.size()) < 1; },
+        {"connect", false, [](auto& s, unsigned to) { return !s.connect(to, port); }},
+        {"receive with a limit", true,
+         [&](auto& s, unsigned) { return s.receive(&byte, 1, 1u << 30) == -1; }},
+        {"receive", true, [&](auto& s, unsigned) { return s.receive(&byte, 1) < 0; }},
+        {"send", true, [](auto& s, unsigned) { return s.send(large.data(), large.size()) < 1; }},
+        {"send, closed", true, [](auto& s, unsigned) { return s.send(large.data(), large.size()) < 1; },
          &StreamSocket::close},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.call);
-        Listener listener(0); // room for one connection that is not accepted; others get no answer
-        StreamSocket socket, in_the_way;
-        ASSERT_TRUE((c.starts_connected ? socket : in_the_way).connect(listener.address, listener.port));
+        SilentServer listener(c.starts_connected ? SilentServer::Open : SilentServer::Full);
+        StreamSocket socket;
+        ASSERT_TRUE(!c.starts_connected || socket.connect(listener.ipv4(), port));
         std::atomic<bool> failed{false};
-        support::BlockedThread owner([&] { failed = c.gives_failure(socket, listener); });
+        support::BlockedThread owner([&] { failed = c.gives_failure(socket, listener.ipv4()); });
         owner.wait_until_blocked();
         EXPECT_FALSE(owner.ended());
         (socket.*c.end)();
@@ -137,7 +114,7 @@ TEST(StreamSocket, CancelEndsEveryBlockedCallAndFailsEveryLaterOne)
             continue; // it may connect again
 
         EXPECT_TRUE(socket.cancelled());
-        EXPECT_FALSE(socket.connect(listener.address, listener.port));
+        EXPECT_FALSE(socket.connect(listener.ipv4(), port));
         EXPECT_LT(socket.receive(&byte, 1), 0);
         EXPECT_LT(socket.send("a", 1), 1);
     }

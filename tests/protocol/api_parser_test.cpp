@@ -64,17 +64,6 @@ TEST(APIParser, says_what_is_wrong_with_a_message_calls_nothing_and_goes_on)
     }
 }
 
-TEST(APIParser, the_hook_sees_messages_before_any_check)
-{
-    Calls seen;
-    auto hook = [&seen](const XMLTree& message) { seen.push_back(message.get_tag().to_string()); };
-    LoggingClient client;
-    client.set_receive_debug_hook(AFunction1<const XMLTree&>::ref(hook));
-    client.inject("<reply><xid>1</xid><ok /></reply>");
-    client.inject("<junk />");
-    EXPECT_EQ(seen, (Calls{"reply", "junk"}));
-}
-
 TEST(APIParser2, one_input_may_be_longer_than_the_buffer)
 {
     LoggingClient client;

@@ -1,6 +1,7 @@
 // The blocking client against servers that behave, and against those that do not.
 #include <skuan/protocol/kvrp3_client.h>
 
+#include <support/blocked_thread.h>
 #include <support/core_application.h>
 #include <support/memory_client.h>
 #include <support/silent_server.h>
@@ -26,11 +27,9 @@ public:
     ~TestClient() override { stop(); }
 
     std::atomic<unsigned> connections{0}, losses{0}, reports{0}, answers{0}, errors{0};
-    std::atomic<unsigned> bytes_sent{0};
-    AString names;       ///< all answers
-    bool asks = true;    ///< on each connection
-    bool floods = false; ///< instead of asking, sends until it cannot
-    bool stops = false;  ///< at the first report
+    AString names;      ///< all answers
+    bool asks = true;   ///< on each connection
+    bool stops = false; ///< at the first report
 
     void ask()
     {
@@ -42,11 +41,6 @@ protected:
     void connected() override
     {
         ++connections;
-        while (floods && isConnected() && !full_) {
-            cmd_delete_clip(AString::l1(std::string(60000, 'x').c_str()), AFunction(),
-                            AFunction2<AString, KVRP3::ErrorCode>::member<&TestClient::refused>(this));
-            bytes_sent += 60000;
-        }
         if (asks)
             ask();
     }
@@ -64,13 +58,7 @@ private:
         names += name; // read by others once the answer has been counted
         ++answers;
     }
-    void refused(AString, KVRP3::ErrorCode)
-    {
-        full_ = floods; // the commands that cannot be sent any more end here
-        ++errors;
-    }
-
-    std::atomic<bool> full_{false};
+    void refused(AString, KVRP3::ErrorCode) { ++errors; }
 };
 
 using Client = support::CoreApplication;
@@ -180,15 +168,16 @@ TEST_F(Client, can_be_stopped_and_destroyed_while_it_is_busy)
     {
         SilentServer open(SilentServer::Open);
         TestClient sending(open.ipv4());
-        sending.floods = true;
         sending.run_forever_in_own_thread(0);
-        unsigned sent = 0;
-        int steady = 0;
-        wait_until([&] { // until it is stuck
-            steady = sending.bytes_sent == sent && sent != 0 ? steady + 1 : 0;
-            sent = sending.bytes_sent;
-            return steady == 50;
+        wait_until([&] { return sending.isConnected(); });
+        support::BlockedThread sender([&] {
+            support::Recorder recorder;
+            while (recorder.calls.empty())
+                sending.cmd_delete_clip(AString(std::string(60000, 'x')), AFunction(), recorder.error());
         });
+        sender.wait_until_blocked();
+        EXPECT_FALSE(sender.ended());
+        sending.stop();
     }
     {
         Station station;

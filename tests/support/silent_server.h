@@ -1,4 +1,4 @@
-// A server that takes connections, or not even that, and never reads a byte.
+// A server that takes connections, or not even that, and never reads a byte by itself.
 #pragma once
 
 #include <support/loopback_address.h>
@@ -46,6 +46,9 @@ public:
 
     const QHostAddress& address() const { return address_; }
     unsigned ipv4() const { return address_.toIPv4Address(); }
+
+    /// The next connection from the queue, a descriptor for the test to read, write and close.
+    int accept() const { return ::accept(sockets_.front(), nullptr, nullptr); }
 
     /// How many wait for the connection that they have asked for.
     unsigned kept_waiting() const
