@@ -117,7 +117,7 @@ TEST(API, the_sink_gets_chunks_of_at_most_1500_bytes)
     for (const unsigned length : {10u, 1400u, 1500u, 4000u, 9001u}) {
         MemoryClient client;
         const std::string text(length, 'x');
-        client.cmd_debug_label(AString::from_utf8(text.data(), length));
+        client.cmd_debug_label(AString::from_string(text));
         EXPECT_LE(client.chunks.back().size(), 1500u);
         for (std::size_t i = 0; i + 1 < client.chunks.size(); ++i)
             EXPECT_EQ(client.chunks[i].size(), 1500u);
@@ -130,8 +130,7 @@ TEST(API, messages_of_two_threads_follow_one_another_whole)
     constexpr int per_thread = 500;
     MemoryClient client;
     support::on_threads(2, [&client](unsigned thread) {
-        const std::string text(2000, "ab"[thread]);
-        const AString label = AString::from_utf8(text.data(), 2000);
+        const AString label = AString::from_string(std::string(2000, "ab"[thread]));
         Recorder r;
         for (int i = 0; i < per_thread; ++i) {
             const AString xid = client.cmd_debug_label(label, r.ok(), r.error());

@@ -10,7 +10,7 @@ import sys
 from pathlib import Path
 
 from messages import Faults, understood
-from values import CATALOGUE, KINDS, base, fields, record, variants
+from values import CATALOGUE, KINDS, base, variants
 
 MESSAGES = [*CATALOGUE.replies.values(), *CATALOGUE.reports.values()]
 
@@ -198,31 +198,6 @@ def calls(command, known):
             yield nodes, [node.cpp for node in nodes]
 
 
-def changes():
-    """Each record, and the ways in which another one can differ from it."""
-    for name in CATALOGUE.records:
-        tag = CATALOGUE.tags[name]
-        one = {field.tag.name: base(field.tag) for field in fields(tag)}
-        yield "template <typename F>"
-        yield f"void check_{name}(F check)"
-        yield "{"
-        yield f"    check.template operator()<KVRP3::{name}>({record(tag, one).cpp}, {{"
-        for field in fields(tag):
-            other = "false" if field.tag.kind == "flag" else base(field.tag).cpp
-            if other == one[field.tag.name].cpp:
-                other = base(field.tag).cpp
-            yield f"        [](auto& v) {{ v.{field.name} = {other}; }},"
-            if field.optional:
-                yield f"        [](auto& v) {{ v.has_{field.name} = false; }},"
-        yield "    });"
-        yield "}"
-    yield "template <typename F>"
-    yield "void for_each_record(F check)"
-    yield "{"
-    yield from (f"    check_{name}(check);" for name in CATALOGUE.records)
-    yield "}"
-
-
 def enumeration_table():
     """Calls a function with the names of each enumeration, and with its converters."""
     yield "template <typename F>"
@@ -236,7 +211,7 @@ def enumeration_table():
 HEADERS = {
     "message_values.h": [printers, log],
     "message_samples.h": [message_tables, group_table, enumeration_table],
-    "command_samples.h": [commands, changes],
+    "command_samples.h": [commands],
 }
 
 

@@ -5,6 +5,8 @@
 #include <skuan/protocol/kvrp3_api_qt.h>
 #include <skuan/protocol/kvrp3_callback_groups.h>
 
+#include <QByteArray>
+
 #include <algorithm>
 #include <cstdio>
 #include <map>
@@ -24,17 +26,11 @@ inline std::string element(const std::string& tag, const std::string& content)
 
 inline std::string plain(const AString& text)
 {
-    std::string result;
-    for (const char c : text.to_string()) {
-        const char* const entity = c == '&'    ? "&amp;"
-                                   : c == '<'  ? "&lt;"
-                                   : c == '>'  ? "&gt;"
-                                   : c == '"'  ? "&quot;"
-                                   : c == '\'' ? "&apos;"
-                                               : nullptr;
-        entity ? result += entity : result += c;
-    }
-    return result;
+    QByteArray bytes = QByteArray::fromStdString(text.to_string());
+    for (const auto& [c, entity] :
+         {std::pair{'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}, {'"', "&quot;"}, {'\'', "&apos;"}})
+        bytes.replace(c, entity);
+    return bytes.toStdString();
 }
 inline std::string plain(bool value)
 {
