@@ -7,11 +7,6 @@
 
 namespace {
 
-AString utf8(const std::string& text)
-{
-    return AString::from_utf8(text.data(), static_cast<unsigned>(text.size()));
-}
-
 std::string compact(const XMLTree& tree)
 {
     return tree.is_null() ? "(null)" : tree.flatten(XMLTree::flatten_compact, true).to_string();
@@ -21,7 +16,7 @@ std::string compact(const XMLTree& tree)
 std::string parsed(const std::string& text)
 {
     bool error = false;
-    const std::string result = compact(XMLParse(utf8(text), &error));
+    const std::string result = compact(XMLParse(AString::from_string(text), &error));
     EXPECT_EQ(error, result == "(null)") << text;
 
     XMLParseEngine engine(4096);
@@ -100,7 +95,7 @@ TEST(XMLParse, RefusesEverythingElse)
     // Not inside a root, where some of these would be fine.
     for (const char* row : {"", "  \n ", "text", "</a>", "<a/><b/>", "<a/>text", "text<a/>", "<a></a></a>"}) {
         bool error = false;
-        EXPECT_TRUE(XMLParse(utf8(row), &error).is_null()) << row;
+        EXPECT_TRUE(XMLParse(AString::from_string(row), &error).is_null()) << row;
         EXPECT_TRUE(error) << row;
     }
 }
@@ -121,9 +116,9 @@ TEST(XMLParse, DeepNestingIsOnlyMemory)
         ends += "</a>";
     }
     bool error = true;
-    EXPECT_FALSE(XMLParse(utf8(begins + ends), &error).is_null());
+    EXPECT_FALSE(XMLParse(AString::from_string(begins + ends), &error).is_null());
     EXPECT_FALSE(error);
-    EXPECT_TRUE(XMLParse(utf8(begins), &error).is_null());
+    EXPECT_TRUE(XMLParse(AString::from_string(begins), &error).is_null());
 }
 
 TEST(XMLParseEngine, FindsTheFirstMessageAndDropsWhatStandsBefore)

@@ -23,8 +23,7 @@ inline std::string crlf(const std::string& text)
 inline XMLTree tree(const std::string& xml)
 {
     bool error = false;
-    const XMLTree result =
-        XMLParse(AString::from_utf8(xml.data(), static_cast<unsigned>(xml.size())), &error);
+    const XMLTree result = XMLParse(AString::from_string(xml), &error);
     EXPECT_FALSE(error) << xml;
     return result;
 }
