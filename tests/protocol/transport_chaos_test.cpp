@@ -1,5 +1,6 @@
 // What must hold on both transports whatever the stream looks like and whenever it ends: each message
 // arrives once and whole, each command ends once.
+#include <skuan/foundation/aprotect.h>
 #include <skuan/protocol/kvrp3_api_qt.h>
 #include <skuan/protocol/kvrp3_client.h>
 
@@ -15,7 +16,6 @@
 #include <atomic>
 #include <chrono>
 #include <iostream>
-#include <mutex>
 #include <random>
 #include <thread>
 
@@ -30,26 +30,16 @@ class Inbox
 {
 public:
     AFunction1<const XMLTree&> hook() { return AFunction1<const XMLTree&>::member<&Inbox::put>(this); }
-    std::vector<std::string> take()
-    {
-        const std::lock_guard lock(mutex_);
-        return std::exchange(messages_, {});
-    }
-    std::size_t size()
-    {
-        const std::lock_guard lock(mutex_);
-        return messages_.size();
-    }
+    std::vector<std::string> take() { return std::exchange(*messages_.lock(), {}); }
+    std::size_t size() const { return messages_.lock()->size(); }
 
 private:
     void put(const XMLTree& message)
     {
-        const std::lock_guard lock(mutex_);
-        messages_.push_back(message.flatten(XMLTree::flatten_compact, true).to_string());
+        messages_.lock()->push_back(message.flatten(XMLTree::flatten_compact, true).to_string());
     }
 
-    std::mutex mutex_;
-    std::vector<std::string> messages_;
+    AProtect<std::vector<std::string>> messages_{std::vector<std::string>()};
 };
 
 /// The blocking client on its own thread.
