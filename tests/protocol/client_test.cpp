@@ -27,9 +27,10 @@ public:
     ~TestClient() override { stop(); }
 
     std::atomic<unsigned> connections{0}, losses{0}, reports{0}, answers{0}, errors{0};
-    AString names;      ///< all answers
-    bool asks = true;   ///< on each connection
-    bool stops = false; ///< at the first report
+    AString names;       ///< all answers
+    bool asks = true;    ///< on each connection
+    bool floods = false; ///< on each connection, sends until that fails
+    bool stops = false;  ///< at the first report
 
     void ask()
     {
@@ -41,6 +42,9 @@ protected:
     void connected() override
     {
         ++connections;
+        while (floods && errors == 0)
+            cmd_delete_clip(AString(std::string(60000, 'x')), AFunction(),
+                            AFunction2<AString, KVRP3::ErrorCode>::member<&TestClient::refused>(this));
         if (asks)
             ask();
     }
@@ -168,15 +172,11 @@ TEST_F(Client, can_be_stopped_and_destroyed_while_it_is_busy)
     {
         SilentServer open(SilentServer::Open);
         TestClient sending(open.ipv4());
-        sending.run_forever_in_own_thread(0);
-        wait_until([&] { return sending.isConnected(); });
-        support::BlockedThread sender([&] {
-            support::Recorder recorder;
-            while (recorder.calls.empty())
-                sending.cmd_delete_clip(AString(std::string(60000, 'x')), AFunction(), recorder.error());
-        });
-        sender.wait_until_blocked();
-        EXPECT_FALSE(sender.ended());
+        sending.floods = true;
+        support::BlockedThread loop([&] { sending.run_forever(); });
+        wait_until([&] { return sending.connections == 1; });
+        loop.wait_until_blocked();
+        EXPECT_FALSE(loop.ended());
         sending.stop();
     }
     {
