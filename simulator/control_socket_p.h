@@ -24,9 +24,9 @@ private:
     void read(QLocalSocket* client);
 
     Server& server_;
-    QLocalServer listener_;
     QString error_;
     int clients_ = 0;
+    QLocalServer listener_; // its sockets tell of their end, when it goes, too
 };
 
 struct Told
