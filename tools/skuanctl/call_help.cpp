@@ -51,7 +51,7 @@ QString all_commands()
         QStringLiteral("usage: skuanctl [OPTION...] call COMMAND [TAG=VALUE...]\n"
                        "Sends one command and prints its replies. call COMMAND --help tells what one\n"
                        "of them takes. Each call is a connection of its own: commands that belong\n"
-                       "together, as those that save a list, go through raw in one run.\n") +
+                       "together have verbs of their own, as list save, or go through raw in one run.\n") +
         about_arguments;
     QString section;
     for (const Command& command : catalogue().commands) {

@@ -4,6 +4,7 @@
 #include <skuanctl/message_text.h>
 #include <skuanctl/report_classes.h>
 #include <skuanctl/run.h>
+#include <skuanctl/value_text.h>
 
 #include <map>
 
@@ -34,9 +35,11 @@ private:
     void show_report(const XMLTree&, const XMLTree& body) override
     {
         const Report* const report = find_row(catalogue().reports, body.get_tag());
-        if (!report || !find_tag(report->parts, QStringLiteral("Channel")))
+        const Tag* const tag = report ? find_tag(report->parts, QStringLiteral("Channel")) : nullptr;
+        const QString name = body.get_subnode(AString::l1("Channel")).get_content().despace();
+        if (!tag || !is_value(*tag, name))
             return;
-        QJsonObject& channel = channels_[body.get_subnode(AString::l1("Channel")).get_content().despace()];
+        QJsonObject& channel = channels_[name];
         const QJsonObject values = values_of(body, report->parts);
         for (auto value = values.begin(); value != values.end(); ++value)
             channel.insert(value.key(), value.value());

@@ -106,35 +106,46 @@ private:
         const bool optional = text.startsWith('[');
         if (optional)
             text = text.mid(1, text.size() - 2);
-        if (text.startsWith(QLatin1String("--"))) {
-            form_.options.push_back({text.section('=', 0, 0).mid(2), text.section('=', 1)});
-            form_.options.back().help = help_on(form_.options.back().option);
-            return;
-        }
+        if (text.startsWith(QLatin1String("--")))
+            return add_own_option(text.mid(2));
         const bool repeats = take_off(text, "...");
         const QString nothing = text.section('|', 1), name = text.section('|', 0, 0).section('=', 0, 0);
         auto word = take(name);
-        if (!word) {
-            form_.places.push_back({{}, text, optional, repeats});
-        } else if (text.contains('=')) {
-            word->fallback = text.section('=', 1);
-            word->optional = true;
-            if (word->tag->kind == Kind::boolean && word->fallback == QLatin1String("false"))
-                word->placeholder.clear(); // to name it is to turn it on
-            form_.options.push_back(*word);
-        } else {
-            const bool is_channel = name == QLatin1String("Channel");
-            const bool may_be_gang = std::any_of(commands_.begin(), commands_.end(), gang_of);
-            if (is_channel && may_be_gang)
-                word->placeholder = QStringLiteral("CHANNELS");
-            if (!nothing.isEmpty())
-                word->placeholder += '|' + nothing;
-            word->option.clear();
-            word->optional = optional;
-            word->repeats = word->repeats || repeats;
-            word->nothing = nothing;
-            form_.places.push_back(*word);
-        }
+        if (!word)
+            return form_.places.push_back({{}, text, optional, repeats});
+        if (text.contains('='))
+            return add_option(*word, text.section('=', 1));
+        word->optional = optional;
+        word->repeats = word->repeats || repeats;
+        word->nothing = nothing;
+        add_place(*word);
+    }
+
+    void add_own_option(const QString& text)
+    {
+        Word word{text.section('=', 0, 0), text.section('=', 1)};
+        word.help = help_on(word.option);
+        form_.options.push_back(word);
+    }
+
+    void add_option(Word word, const QString& fallback)
+    {
+        word.fallback = fallback;
+        word.optional = true;
+        if (word.tag->kind == Kind::boolean && fallback == QLatin1String("false"))
+            word.placeholder.clear(); // to name it is to turn it on
+        form_.options.push_back(word);
+    }
+
+    void add_place(Word word)
+    {
+        const bool may_be_gang = std::any_of(commands_.begin(), commands_.end(), gang_of);
+        if (may_be_gang && word.tag->name == QLatin1String("Channel"))
+            word.placeholder = QStringLiteral("CHANNELS");
+        if (!word.nothing.isEmpty())
+            word.placeholder += '|' + word.nothing;
+        word.option.clear();
+        form_.places.push_back(word);
     }
 
     /// The values of that tag, or of the record of that name, which are then no options any more; gives the

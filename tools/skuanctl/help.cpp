@@ -47,18 +47,22 @@ QString family_help(const QString& first)
     return text;
 }
 
+/// Of the words that say more than their spelling; empty if none does.
+QString section(const char* head, const std::vector<Word>& words)
+{
+    QString text;
+    for (const Word& word : words)
+        if (const QString meaning = meaning_of(word); !meaning.isEmpty())
+            text += help_entry(spelled(word), meaning);
+    return text.isEmpty() ? text : QLatin1String(head) + text;
+}
+
 QString verb_help(const VerbRow& verb)
 {
     const Form form = form_of(verb);
     QString text = QStringLiteral("usage: skuanctl [OPTION...] %1\n%2\n").arg(usage(verb), verb.help);
-    if (!form.places.empty())
-        text += QStringLiteral("\nArguments, in brackets those that may be left out:\n");
-    for (const Word& word : form.places)
-        text += help_entry(spelled(word), meaning_of(word));
-    if (!form.options.empty())
-        text += QStringLiteral("\nOptions, beside those of all verbs:\n");
-    for (const Word& word : form.options)
-        text += help_entry(spelled(word), meaning_of(word));
+    text += section("\nArguments, in brackets those that may be left out:\n", form.places);
+    text += section("\nOptions, beside those of all verbs:\n", form.options);
     if (const QString keys = keys_of(verb); !keys.isEmpty())
         text += QStringLiteral("\nWith --json, the keys of each line:\n") + help_entry({}, keys);
     if (const QString more = family_help(verb.name); !more.isEmpty())

@@ -28,17 +28,15 @@ private:
     {
         if (!reply)
             return;
-        XMLTree shown = body;
-        Parts parts = reply->parts;
-        if (reply->name == QLatin1String("io_latency")) { // which comes under the tag of a position
-            object_.insert(QStringLiteral("Latency"), values_of(body, parts).begin().value());
-            lines_ += QStringLiteral("Latency: ") + QString(body.get_subnodes().front().get_content());
-            return;
-        }
-        lines_ += lines_of(shown, parts, 0);
-        const QJsonObject values = values_of(shown, parts);
+        // The latency comes under the tag of a position.
+        const bool is_latency = reply->name == QLatin1String("io_latency");
+        QStringList lines = lines_of(body, reply->parts, 0);
+        if (is_latency)
+            lines.replaceInStrings(QStringLiteral("ClipPosition"), latency_);
+        lines_ += lines;
+        const QJsonObject values = values_of(body, reply->parts);
         for (auto value = values.begin(); value != values.end(); ++value)
-            object_.insert(value.key(), value.value());
+            object_.insert(is_latency ? latency_ : value.key(), value.value());
     }
 
     void finish() override
@@ -47,6 +45,7 @@ private:
         run_.done();
     }
 
+    const QString latency_ = QStringLiteral("Latency");
     QStringList lines_;
     QJsonObject object_;
 };

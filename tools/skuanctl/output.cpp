@@ -58,7 +58,7 @@ QString made_visible(const QString& text)
 }
 
 Output::Output(bool json)
-    : json_(json), to_terminal_(is_terminal(stdout)), shows_progress_(is_terminal(stderr) && !to_terminal_)
+    : json_(json), to_terminal_(is_terminal(stdout)), shows_progress_(is_terminal(stderr))
 {
     flush_timer_.setSingleShot(true);
     connect(&flush_timer_, &QTimer::timeout, this, &Output::flush);
@@ -122,6 +122,8 @@ void Output::write(const QByteArray& bytes)
 {
     if (broken_)
         return;
+    if (to_terminal_ && std::exchange(shows_progress_, false)) // the result itself shows how far it is
+        end_progress();
     const auto size = static_cast<std::size_t>(bytes.size());
     check(std::fwrite(bytes.constData(), 1, size, stdout) == size);
     if (!flush_timer_.isActive())

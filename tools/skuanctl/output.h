@@ -28,10 +28,9 @@ public:
     /// A remark for who sits at a terminal; nobody else gets it.
     void remark(const QString& text);
 
-    /// On standard error, where somebody sees it while the result goes elsewhere; now and then, and gone with
-    /// the next that is written. Costs little if nobody is there.
+    /// On standard error, for who sits at a terminal and sees nothing else come; now and then, and gone at
+    /// the end. Costs little if nobody is there.
     void progress(const QString& text);
-    bool shows_progress() const { return shows_progress_; }
 
     /// `host`, if there are several, is told with it.
     void error(const Failure& failure, const QString& host = {});
@@ -51,7 +50,7 @@ private:
 
     const bool json_;
     const bool to_terminal_;
-    const bool shows_progress_;
+    bool shows_progress_;
     bool in_progress_ = false;
     QElapsedTimer progress_shown_;
     bool broken_ = false;

@@ -104,7 +104,8 @@ private:
 
     bool take_word(const QString& word)
     {
-        if (options.verb && options.arguments.isEmpty() && settle(options.words + ' ' + word))
+        const bool may_go_on = options.verb && options.arguments.isEmpty() && options.own.empty();
+        if (may_go_on && settle(options.words + ' ' + word))
             return true;
         if (options.verb) {
             options.arguments += word;

@@ -4,6 +4,7 @@
 #include <skuanctl/value_text.h>
 #include <skuanctl/verb.h>
 
+#include <algorithm>
 #include <map>
 
 namespace {
@@ -125,8 +126,8 @@ Recipe recipe_of(const Options& options)
     if (!add_options(options, cook))
         return {{}, cook.error};
 
-    const bool one_each =
-        !places.empty() && places.back().repeats && places.back().tag->kind != Kind::container;
+    const bool one_each = !places.empty() && places.back().repeats && places.back().tag &&
+                          places.back().tag->kind != Kind::container;
     const int common = one_each ? static_cast<int>(places.size()) - 1 : options.arguments.size();
     for (int i = 0; i < common; ++i) {
         const Word& word = places[std::min(static_cast<std::size_t>(i), places.size() - 1)];
