@@ -9,7 +9,7 @@
 
 namespace {
 
-class Cook
+class CallWords
 {
 public:
     QString error;
@@ -78,28 +78,28 @@ QString said_by(const Word& word)
     return word.tag->kind == Kind::enumeration ? word.option : QStringLiteral("true");
 }
 
-bool add_options(const Options& options, Cook& cook)
+bool add_options(const Options& options, CallWords& call)
 {
     for (const auto& [name, value] : options.own)
         for (const Word& word : options.form.options)
             if (word.option == name && word.tag &&
-                !cook.add(word, word.placeholder.isEmpty() ? said_by(word) : value))
+                !call.add(word, word.placeholder.isEmpty() ? said_by(word) : value))
                 return false;
     for (const Word& word : options.form.options)
-        if (!word.fallback.isEmpty() && !options.has(word.option.toUtf8()) && !cook.add(word, word.fallback))
+        if (!word.fallback.isEmpty() && !options.has(word.option.toUtf8()) && !call.add(word, word.fallback))
             return false;
     return true;
 }
 
 /// The first of the commands that takes just what is given.
-BuiltCommand build(const VerbRow& row, const Cook& cook)
+BuiltCommand build(const VerbRow& row, const CallWords& call)
 {
     BuiltCommand first;
     for (const Command* command : commands_of(row)) {
-        command = cook.is_gang ? gang_of(command) : command;
+        command = call.is_gang ? gang_of(command) : command;
         if (!command)
             return {{}, QStringLiteral("%1 takes one channel").arg(row.name)};
-        BuiltCommand built = build_command(*command, cook.words);
+        BuiltCommand built = build_command(*command, call.words);
         if (built.error.isEmpty())
             return built;
         if (first.error.isEmpty())
@@ -112,33 +112,33 @@ BuiltCommand build(const VerbRow& row, const Cook& cook)
 
 QStringList option_words(const Options& options, QString* error)
 {
-    Cook cook;
-    add_options(options, cook);
-    *error = cook.error;
-    return cook.words;
+    CallWords call;
+    add_options(options, call);
+    *error = call.error;
+    return call.words;
 }
 
 Recipe recipe_of(const Options& options)
 {
     const std::vector<Word>& places = options.form.places;
-    Cook cook;
-    cook.is_vclip = options.has("vclip");
-    if (!add_options(options, cook))
-        return {{}, cook.error};
+    CallWords call;
+    call.is_vclip = options.has("vclip");
+    if (!add_options(options, call))
+        return {{}, call.error};
 
     const bool one_each = !places.empty() && places.back().repeats && places.back().tag &&
                           places.back().tag->kind != Kind::container;
     const int common = one_each ? static_cast<int>(places.size()) - 1 : options.arguments.size();
     for (int i = 0; i < common; ++i) {
         const Word& word = places[std::min(static_cast<std::size_t>(i), places.size() - 1)];
-        if (word.tag && !cook.add(word, options.arguments[i]))
-            return {{}, cook.error};
+        if (word.tag && !call.add(word, options.arguments[i]))
+            return {{}, call.error};
     }
 
     Recipe recipe;
     int next = common;
     do {
-        Cook one = cook;
+        CallWords one = call;
         if (next < options.arguments.size() && !one.add(places.back(), options.arguments[next]))
             return {{}, one.error};
         const BuiltCommand built = build(*options.verb, one);
