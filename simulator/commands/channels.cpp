@@ -68,7 +68,8 @@ Row info(ServerState& state, int channel)
                                      {"Angle", decimal(at.cue.angle)},
                                      {"AudioTrackCount", decimal(audio_track_count)}});
     }
-    const Row edit = {{"SonyEditMask", decimal(at.ee_mask)}, {"AutoEE", truth(at.auto_ee)}};
+    const quint32 mask = at.status == ChannelStatus::insert ? at.insert_mask : at.ee_mask;
+    const Row edit = {{"SonyEditMask", decimal(mask)}, {"AutoEE", truth(at.auto_ee)}};
     fields.push_back({"EEStatus", edit});
     if (const auto pair = program_pair(state, channel))
         fields.insert(fields.end(), {{"ProgramChannel", channel_name(pair->program)},

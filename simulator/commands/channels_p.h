@@ -52,6 +52,7 @@ struct Channel
     quint32 most_recorded = 0; // fields of a recording; 0: no end
     std::deque<Precued> precued;
     quint32 ee_mask = 0;
+    quint32 insert_mask = 0; // of the insert edit, while it runs
     bool auto_ee = false;
 
     const Session* thief = nullptr; // the client that has it to itself

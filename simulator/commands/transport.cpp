@@ -246,7 +246,7 @@ Refusal insert_edit(Call& call)
         Channel& at = channel_at(call.state, channel);
         roll(call.state, call.audience, channel, ChannelStatus::insert);
         at.speed = normal_speed;
-        at.ee_mask = call.required_number("SonyEditMask");
+        at.insert_mask = call.required_number("SonyEditMask");
     });
 }
 
