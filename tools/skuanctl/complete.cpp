@@ -33,10 +33,7 @@ bool waits(const OptionRow& row, const QString& last)
 
 QStringList values_of(const Word& word, const QString& begun)
 {
-    if (!word.tag)
-        return {};
-    const bool is_gang = word.tag->kind == Kind::enumeration && word.placeholder == QLatin1String("CHANNELS");
-    return is_gang ? list_candidates(begun, word.tag->names) : value_candidates(*word.tag, begun);
+    return word.tag ? value_candidates(*word.tag, begun) : QStringList();
 }
 
 /// What may stand in place of the last word.

@@ -139,9 +139,6 @@ private:
 
     void add_place(Word word)
     {
-        const bool may_be_gang = std::any_of(commands_.begin(), commands_.end(), gang_of);
-        if (may_be_gang && word.tag->name == QLatin1String("Channel"))
-            word.placeholder = QStringLiteral("CHANNELS");
         if (!word.nothing.isEmpty())
             word.placeholder += '|' + word.nothing;
         word.option.clear();
@@ -179,11 +176,6 @@ std::vector<const Command*> commands_of(const VerbRow& row)
     for (const QString& name : QString::fromUtf8(row.command).split('|', Qt::SkipEmptyParts))
         commands.push_back(find_row(catalogue().commands, name));
     return commands;
-}
-
-const Command* gang_of(const Command* command)
-{
-    return find_row(catalogue().commands, QStringLiteral("gang_") + command->name);
 }
 
 QString spelled(const Word& word)

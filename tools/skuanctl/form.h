@@ -46,6 +46,3 @@ QString spelled(const Word& word);
 
 /// The commands that the row stands for; the first that takes just what is given is sent.
 std::vector<const Command*> commands_of(const VerbRow& row);
-
-/// The same command for a set of channels; null if there is none.
-const Command* gang_of(const Command* command);

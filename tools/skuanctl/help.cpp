@@ -78,7 +78,7 @@ QStringList examples()
         "skuanctl --host studio-1,studio-2 info",
         "skuanctl --json clip list news | jq -r .ClipID",
         "skuanctl cue A news/opening --at 250 --loop loop",
-        "skuanctl play A,B --speed 0.5",
+        "skuanctl gang play A,B --speed 0.5",
         "skuanctl --count 1 --timeout 60 clip watch",
         "skuanctl list show evening --json | skuanctl list save copy",
         "skuanctl call cue_clip Channel=A ClipID=bars_and_tone Loop=loop",
@@ -107,8 +107,6 @@ QString meaning_of(const Word& word)
     if (!word.tag)
         return word.help;
     QString text = word.tag->meaning;
-    if (word.placeholder == QLatin1String("CHANNELS") && word.tag->kind == Kind::enumeration)
-        text += QStringLiteral(" Several, as in A,B, act together.");
     if (!word.placeholder.isEmpty() && word.tag->kind != Kind::string && word.tag->kind != Kind::record)
         text += QStringLiteral(" (%1)").arg(wanted(*word.tag));
     if (!word.fallback.isEmpty() && !word.placeholder.isEmpty())

@@ -26,15 +26,12 @@ public:
             return add_pair(word, value);
         if (tag.kind == Kind::container)
             return put(word.path, value);
-        if (tag.name == QLatin1String("Channel") && value.contains(','))
-            return add_gang(value);
         if (!is_value(tag, value))
             return refuse(word, value, wanted(tag));
         return put(word.path, value);
     }
 
     bool is_vclip = false;
-    bool is_gang = false;
     QStringList words; // as `call` takes them
 
 private:
@@ -61,12 +58,6 @@ private:
             QStringLiteral("%1.%2[%3].").arg(word.path, record.name).arg(members_[word.path]++);
         return put(member + record.parts[0].tag->name, value.section('=', 0, 0)) &&
                put(member + record.parts[1].tag->name, value.section('=', 1));
-    }
-
-    bool add_gang(const QString& value)
-    {
-        is_gang = true;
-        return put(QStringLiteral("ChannelSet"), value);
     }
 
     std::map<QString, int> members_; // of each container, so far
@@ -96,9 +87,6 @@ BuiltCommand build(const VerbRow& row, const CallWords& call)
 {
     BuiltCommand first;
     for (const Command* command : commands_of(row)) {
-        command = call.is_gang ? gang_of(command) : command;
-        if (!command)
-            return {{}, QStringLiteral("%1 takes one channel").arg(row.name)};
         BuiltCommand built = build_command(*command, call.words);
         if (built.error.isEmpty())
             return built;
