@@ -3,7 +3,6 @@
 
 #include <simulator/audience_p.h>
 #include <simulator/element.h>
-#include <simulator/field_rate_p.h>
 #include <simulator/server_state_p.h>
 #include <simulator/session_p.h>
 
@@ -45,7 +44,7 @@ public:
     void passed_unseen(quint64 fields) { state_.field += fields; }
 
     // What the server's time goes by.
-    FieldRate field_rate() { return simulator::field_rate(state_.configuration.effective("VideoStandard")); }
+    FieldRate field_rate() const { return state_.configuration.field_rate(); }
 
     // The answer to bytes that are no message.
     QByteArray refusal(const QString& why);

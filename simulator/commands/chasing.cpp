@@ -3,7 +3,6 @@
 
 #include <simulator/commands/list_air_p.h>
 #include <simulator/commands/running_p.h>
-#include <simulator/field_rate_p.h>
 #include <simulator/server_state_p.h>
 
 #include <algorithm>
@@ -165,7 +164,7 @@ void lose_old_timecode(ServerState& state, Audience& audience)
 {
     if (!state.chase_timecode)
         return;
-    const FieldRate rate = field_rate(state.configuration.effective("VideoStandard"));
+    const FieldRate rate = state.configuration.field_rate();
     const quint64 age = state.field - state.chase_timecode->heard;
     if (age * static_cast<quint64>(rate.seconds) >= static_cast<quint64>(rate.fields))
         lose_timecode(state, audience);

@@ -96,6 +96,11 @@ QString Configuration::effective(const char* name) const
     return at == items_.end() ? QString() : at->effective;
 }
 
+FieldRate Configuration::field_rate() const
+{
+    return simulator::field_rate(effective("VideoStandard"));
+}
+
 void Configuration::boot()
 {
     for (ConfigurationItem& item : items_)

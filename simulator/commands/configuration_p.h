@@ -1,7 +1,8 @@
 // The table of configuration items.
 #pragma once
 
-#include <QString>
+#include <simulator/field_rate_p.h>
+
 #include <QStringList>
 
 #include <vector>
@@ -41,6 +42,9 @@ public:
 
     // What the server works with; empty for an unknown name.
     QString effective(const char* name) const;
+
+    // What the server's time goes by.
+    FieldRate field_rate() const;
 
     // What was saved for the next start takes effect.
     void boot();

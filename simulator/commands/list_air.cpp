@@ -4,7 +4,6 @@
 #include <simulator/commands/cues_p.h>
 #include <simulator/commands/list_kind_p.h>
 #include <simulator/commands/running_p.h>
-#include <simulator/field_rate_p.h>
 #include <simulator/server_state_p.h>
 
 namespace simulator {
@@ -44,7 +43,7 @@ bool is_near_end(ServerState& state, const Channel& at)
         return false;
     const qint64 end = static_cast<qint64>(path_of(at.cue).end) << 16;
     const qint64 way = at.speed > 0 ? end - at.motion.at : at.motion.at;
-    const FieldRate rate = field_rate(state.configuration.effective("VideoStandard"));
+    const FieldRate rate = state.configuration.field_rate();
     return way * rate.seconds * 2 <= std::abs(static_cast<qint64>(at.speed)) * rate.fields;
 }
 
