@@ -49,7 +49,7 @@ Passed bounce(Motion& motion, qint64 step, qint64 bottom, qint64 top)
 Passed straight_on(Motion& motion, qint64 step, qint64 end)
 {
     motion.at += step;
-    if (motion.at >= 0 && motion.at < end)
+    if (step > 0 ? motion.at < end : motion.at >= 0)
         return Passed::On;
     motion.at = std::clamp<qint64>(motion.at, 0, end);
     return Passed::End;

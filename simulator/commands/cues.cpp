@@ -39,6 +39,11 @@ quint32 angle_count(const ServerState& state, const Cue& cue)
     return std::max(1u, clip ? clip->attribute("ISOCount").toUInt() : 0u);
 }
 
+quint32 within_angles(const ServerState& state, const Cue& cue, quint32 angle)
+{
+    return std::min(angle, angle_count(state, cue) - 1);
+}
+
 Refusal make_cue(ServerState& state, const QString& clip, bool is_virtual, const Element& options, Cue& cue)
 {
     if (is_virtual) {
@@ -59,7 +64,7 @@ Refusal make_cue(ServerState& state, const QString& clip, bool is_virtual, const
     cue.out_point = within(number(options, "ClipPosition"), cue.length);
     cue.loop_in = within(number(options, "LoopIn"), cue.length);
     cue.loop_out = within(number(options, "LoopOut"), cue.length);
-    cue.angle = number(options, "Angle").value_or(0);
+    cue.angle = within_angles(state, cue, number(options, "Angle").value_or(0));
     take_options(options, cue);
     if (has(options, "Speed"))
         cue.speed = to_speed(text(options, "Speed")).value_or(normal_speed);

@@ -8,8 +8,11 @@ namespace simulator {
 // How many angles a clip has; at least one.
 quint32 angle_count(const ServerState& state, const Cue& cue);
 
+// That angle of the clip, or its last one.
+quint32 within_angles(const ServerState& state, const Cue& cue, quint32 angle);
+
 // Makes a cue of a clip or a virtual clip. `options` may hold what `cue_clip` takes. Positions beyond the
-// clip's end are its end.
+// clip's end are its end, and angles beyond the last are that one.
 Refusal make_cue(ServerState& state, const QString& clip, bool is_virtual, const Element& options, Cue& cue);
 
 // Where a cue may run: to its out point, within the loop that it has.

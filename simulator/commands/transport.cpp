@@ -50,12 +50,12 @@ Refusal set_channels(Call& call, Needs needs, Act act)
     return on_channels(call, needs, [&](int channel) { act(channel_at(call.state, channel)); });
 }
 
+// A speed holds until the channel is told something else: the cue keeps its own.
 void run(Call& call, int channel)
 {
-    Channel& at = channel_at(call.state, channel);
-    if (call.has("Speed"))
-        at.cue.speed = to_speed(call.text("Speed")).value_or(normal_speed);
     roll(call.state, call.audience, channel);
+    if (call.has("Speed"))
+        channel_at(call.state, channel).speed = to_speed(call.text("Speed")).value_or(normal_speed);
 }
 
 Refusal cue_clip(Call& call)
@@ -121,7 +121,7 @@ Refusal go_live(Call& call)
     if (channel_at(call.state, channel).status == ChannelStatus::record &&
         cue.clip == channel_at(call.state, channel).cue.clip)
         return refuse(QStringLiteral("channel %1 itself records the clip").arg(channel_name(channel)));
-    cue.angle = call.number("Angle").value_or(cue.angle);
+    cue.angle = within_angles(call.state, cue, call.number("Angle").value_or(cue.angle));
     cue.speed = normal_speed;
     cue.position = cue.length - std::min(cue.length, call.number("TimeDelay").value_or(0));
     load(call.state, call.audience, channel, std::move(cue),
