@@ -66,7 +66,7 @@ Row info(ServerState& state, int channel)
         fields.insert(fields.end(), {{"Playback", at.cue.playback},
                                      {"AngleCount", decimal(angle_count(state, at.cue))},
                                      {"Angle", decimal(at.cue.angle)},
-                                     {"AudioTrackCount", decimal(audio_track_count)}});
+                                     {"AudioTrackCount", state.configuration.effective("AudioTrackCount")}});
     }
     const quint32 mask = at.status == ChannelStatus::insert ? at.insert_mask : at.ee_mask;
     const Row edit = {{"SonyEditMask", decimal(mask)}, {"AutoEE", truth(at.auto_ee)}};
@@ -90,14 +90,28 @@ struct Shown
     Row (*fields)(ServerState&, int);
 };
 
+constexpr Shown shown_info = {"info", "channel_info", info};
 constexpr Shown shown[] = {
     {"status", "channel_status", status},
     {"clipid", "channel_clipid", clipid},
     {"speed", "channel_speed", speed},
     {"timecode", "channel_timecode", timecode},
-    {"info", "channel_info", info},
+    shown_info,
     {"aux_audio_timecode", "channel_aux_audio_timecode", aux_audio_timecode},
 };
+
+// While nobody listens nothing is built; whoever registers is told the whole state first.
+void tell_change(ServerState& state, Audience& audience, int channel, const Shown& one)
+{
+    if (!audience.listens_to(one.report, channel))
+        return;
+    Row fields = one.fields(state, channel);
+    Row& told = channel_at(state, channel).told[QLatin1String(one.report)];
+    if (told == fields)
+        return;
+    audience.report(one.report, fields);
+    told = std::move(fields);
+}
 
 } // namespace
 
@@ -141,20 +155,13 @@ Refusal not_free(const Call& call, int channel)
                : Refusal();
 }
 
-// While nobody listens nothing is built; whoever registers is told the whole state first.
+// What one channel of a pair does may make the other one its preview, or end that.
 void tell_changes(ServerState& state, Audience& audience, int channel)
 {
-    for (const Shown& one : shown) {
-        if (!audience.listens_to(one.report, channel))
-            continue;
-        Row fields = one.fields(state, channel);
-        Row& told = channel_at(state, channel).told[QLatin1String(one.report)];
-        if (told == fields)
-            continue;
-        audience.report(one.report, fields);
-        told = std::move(fields);
-    }
+    for (const Shown& one : shown)
+        tell_change(state, audience, channel, one);
     settle_lists(state, audience, channel);
+    tell_change(state, audience, channel ^ 1, shown_info);
 }
 
 void tell_state(Call& call, int channel, const QString& report_class)

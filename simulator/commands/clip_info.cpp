@@ -15,6 +15,7 @@ namespace simulator {
 namespace {
 
 constexpr unsigned bitrate = 100'000'000; // bits a second
+constexpr unsigned audio_track_count = 8;
 
 std::vector<Element> all_tracks()
 {

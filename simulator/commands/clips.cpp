@@ -150,6 +150,10 @@ Refusal create_clip(Call& call)
     const QString name = call.text("ClipID");
     Clip clip;
     clip.length = call.has("Channel") ? 0 : call.number("ClipLength").value_or(0);
+    const quint64 fields =
+        call.has("Channel") ? 1 : clip.length; // at once; a recording takes more as it goes
+    if (fields * field_size > available_space(call.state))
+        return refuse(QStringLiteral("the disks are full"));
     clip.attributes.push_back(tracks_of(child(call.arguments, "TrackSet")));
     if (call.has("Channel"))
         note_input_timecode(call.state, clip);
@@ -369,6 +373,7 @@ Refusal fixed_clip(const ServerState& state, const QString& name)
 
 void tell_written(ServerState& state, Audience& audience, const QString& clip)
 {
+    stamp_clip(state, clip, "ContentEditStamp");
     audience.report("clip_changed", {{"ClipID", clip}});
     tell_disk_space(state, audience);
 }

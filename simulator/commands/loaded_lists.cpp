@@ -45,13 +45,6 @@ void tell_one(const ListKind& kind, Call& call, int channel)
               });
 }
 
-// Whether a channel and its partner are program and preview may be told, too.
-void tell_pair(Call& call, int channel)
-{
-    tell_changes(call.state, call.audience, channel);
-    tell_changes(call.state, call.audience, channel ^ 1);
-}
-
 template <const ListKind& kind>
 Refusal load_list(Call& call)
 {
@@ -73,7 +66,7 @@ Refusal load_list(Call& call)
         call.report(kind.cleared, {channel_tag(channel)});
     loaded = std::move(list);
     tell_all(kind, call, channel);
-    tell_pair(call, channel);
+    tell_changes(call.state, call.audience, channel);
     return {};
 }
 
@@ -91,7 +84,7 @@ Refusal unload(Call& call)
     return on_loaded(kind, call, [&](int channel, LoadedList&) -> Refusal {
         (channel_at(call.state, channel).*kind.on_channel).reset();
         call.report(kind.unloaded, {channel_tag(channel)});
-        tell_pair(call, channel);
+        tell_changes(call.state, call.audience, channel);
         return {};
     });
 }

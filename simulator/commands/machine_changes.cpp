@@ -107,6 +107,7 @@ void set_reference(ServerState& state, Audience& audience, bool is_there)
 void set_disk_size(ServerState& state, Audience& audience, quint64 bytes)
 {
     state.machine.disk_size = bytes;
+    state.told_disk_space = available_space(state);
     audience.report("disk_space_changed", {disk_space(state)});
 }
 

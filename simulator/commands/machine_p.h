@@ -14,7 +14,6 @@ class ClipStore;
 struct Channel;
 struct ServerState;
 
-constexpr unsigned audio_track_count = 8;
 constexpr quint64 field_size = 250'000; // bytes: 100 Mbit/s at 50 fields a second
 
 // What one client of the melts has: how it wants them, and its items.

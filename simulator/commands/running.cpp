@@ -6,7 +6,6 @@
 #include <simulator/commands/cues_p.h>
 #include <simulator/commands/list_air_p.h>
 #include <simulator/commands/machine_p.h>
-#include <simulator/field_rate_p.h>
 #include <simulator/server_state_p.h>
 
 #include <algorithm>
@@ -43,9 +42,10 @@ void record_field(ServerState& state, Audience& audience, int channel)
         return halt(state, audience, channel);
     follow_length(state, at.cue.clip);
     at.motion = standing_at(at.cue.length);
-    const FieldRate rate = field_rate(state.configuration.effective("VideoStandard"));
-    if (at.cue.length % static_cast<quint32>(rate.fields / rate.seconds) == 0)
-        tell_written(state, audience, at.cue.clip); // once a second
+    const FieldRate rate = state.configuration.field_rate();
+    const int second = (rate.fields + rate.seconds / 2) / rate.seconds; // of 59.94 fields: 60
+    if (at.cue.length % static_cast<quint32>(second) == 0)
+        tell_written(state, audience, at.cue.clip);
 }
 
 // Behind the last field that has been recorded so far, the next one is waited for.
@@ -133,10 +133,8 @@ void stand(ServerState& state, Audience& audience, int channel)
     at.status = ChannelStatus::stop;
     at.speed = 0;
     at.motion.backwards = false;
-    if (was_writing) {
-        stamp_clip(state, at.cue.clip, "ContentEditStamp");
+    if (was_writing)
         tell_written(state, audience, at.cue.clip);
-    }
 }
 
 void go_to(Channel& channel, qint64 field)
