@@ -3,6 +3,8 @@
 
 #include <simulator/server.h>
 
+#include <QDir>
+#include <QFileInfo>
 #include <QLocalSocket>
 
 namespace simulator {
@@ -35,6 +37,10 @@ bool ControlSocket::listen(const QString& name)
     probe.connectToServer(name);
     if (probe.waitForConnected(1000)) {
         error_ = QStringLiteral("another program listens to the control name %1").arg(name);
+        return false;
+    }
+    if (QFileInfo(QDir::temp().filePath(name)).isFile()) { // what follows would delete it
+        error_ = QStringLiteral("the control name %1 is that of a file").arg(name);
         return false;
     }
     QLocalServer::removeServer(name);

@@ -10,7 +10,7 @@
 #include <simulator/state_file_p.h>
 
 #include <QBuffer>
-#include <QFile>
+#include <QFileInfo>
 #include <QHash>
 
 namespace simulator {
@@ -109,7 +109,13 @@ QString Responder::load()
 {
     const Settings& settings = state_.settings;
     QString error;
-    if (!settings.state_file.isEmpty() && QFile::exists(settings.state_file)) {
+    const QFileInfo file(settings.state_file);
+    if (!settings.state_file.isEmpty() && !QFileInfo(file.path()).isWritable())
+        return QStringLiteral("cannot save to %1: there is no such folder, or nothing can be written there")
+            .arg(settings.state_file); // better now than at the end of a long day
+    if (!settings.export_folder.isEmpty() && !QFileInfo(settings.export_folder).isDir())
+        return QStringLiteral("there is no folder %1 for the files of exports").arg(settings.export_folder);
+    if (!settings.state_file.isEmpty() && file.exists()) {
         error = load_state(settings.state_file, state_);
     } else if (!settings.seed.isEmpty()) {
         QBuffer seed;
@@ -123,12 +129,16 @@ QString Responder::load()
     return error;
 }
 
-// The timecode comes from outside, and goes on.
+// What is recorded so far is kept. The timecode comes from outside, and goes on.
 void Responder::restart()
 {
-    for (Channel& channel : state_.channels)
-        if (channel.status != ChannelStatus::nochannel)
-            channel = Channel();
+    for (int channel = 0; channel < channel_count; ++channel) {
+        Channel& at = channel_at(state_, channel);
+        if (at.status == ChannelStatus::nochannel)
+            continue;
+        clear(state_, audience_, channel);
+        at = Channel();
+    }
     const quint64 timecode = ltc_field(state_), day = ltc_day(state_);
     state_.chase_timecode.reset();
     state_.configuration.boot();

@@ -133,6 +133,9 @@ TEST_F(StateTest, WhatCannotBeTakenIsNamedWithItsLine)
     }
     simulator::Server cut(still(everything.left(everything.size() / 2)));
     EXPECT_FALSE(cut.listen());
+    Settings lost = still();
+    lost.state_file = QStringLiteral("/nowhere/state.xml"); // or a day's work would be, at its end
+    EXPECT_FALSE(simulator::Server(lost).listen());
 }
 
 QByteArray status(const char* state, const char* step, const char* text, int complete)
@@ -150,6 +153,8 @@ TEST_F(StateTest, ARestartGoesThroughItsScriptAndBootsTheConfiguration)
     ask(client, "steal_channel Channel=A PlayOrRecord=play");
     ask(client, "cue_clip Channel=A ClipID=bars_and_tone");
     ask(client, "set_configuration ConfigurationItemName=VideoStandard ConfigurationItemValue=1080_59_94i");
+    ask(client, "create_clip ClipID=growing TrackSet Channel=B");
+    station->step(3);
     QString error;
     for (const char* line : {"start disks 2 Disks & all", "start net 1"})
         EXPECT_EQ(station->control(line, &error) + error, "");
@@ -184,6 +189,9 @@ TEST_F(StateTest, ARestartGoesThroughItsScriptAndBootsTheConfiguration)
     EXPECT_EQ(ask(after, "channel_report_register Channel=A ChannelReportType=status"),
               "* channel_status Channel=A ChannelStatus=idle\n< ok\n");
     EXPECT_EQ(ask(after, "cue_clip Channel=A ClipID=bars_and_tone").substr(0, 1), "*");
+    const std::string recorded = ask(after, "get_clip_info ClipID=growing"); // made with the stamp 2
+    for (const char* part : {" ClipLength=3 ", " ContentEditStamp=4 "})
+        EXPECT_NE(recorded.find(part), std::string::npos) << part << recorded;
 }
 
 TEST_F(StateTest, ExportedFilesStayInTheirFolderAndReplaceNothing)
@@ -246,6 +254,8 @@ TEST_F(StateTest, TheProgramIsToldWhatToDoAndSavesWhenItEnds)
         EXPECT_EQ(server.exitStatus() == QProcess::CrashExit, first);
         EXPECT_EQ(QFile::exists(file), !first);
     }
+    EXPECT_EQ(support::run(program, {"--control", file}).code, 1); // whose place it would take
+    EXPECT_TRUE(QFile::exists(file));
 }
 
 } // namespace
