@@ -367,7 +367,8 @@ ControlAnswer run_control(const ControlContext& context, const QString& text)
     for (const Word& word : words) {
         if (name != QLatin1String(word.name))
             continue;
-        Answer answer = word.run(context, line);
+        const bool is_too_much = *word.arguments == '\0' && !line.is_at_end();
+        Answer answer = is_too_much ? misread() : word.run(context, line);
         if (answer.error == misread().error)
             answer.error = QStringLiteral("usage: %1").arg(usage(word.name, word.arguments));
         return answer;
