@@ -62,6 +62,9 @@ struct Channel
 
     // What each report of its state last said, for as long as somebody listens.
     std::map<QLatin1String, std::vector<Element>> told;
+
+    // Whether it runs against the direction of its cue, so that it comes to where that began.
+    bool is_wound_back() const { return (speed < 0) != (cue.speed < 0); }
 };
 
 QString channel_name(int channel);

@@ -39,7 +39,7 @@ bool takes_next(const LoadedList& list)
 bool is_near_end(ServerState& state, const Channel& at)
 {
     const LoadedList& list = *at.play_list;
-    if (!list.air.now || at.speed == 0 || at.cue.loop != Loop::off || !takes_next(list))
+    if (!list.air.now || at.speed == 0 || at.is_wound_back() || at.cue.loop != Loop::off || !takes_next(list))
         return false;
     const qint64 end = static_cast<qint64>(path_of(at.cue).end) << 16;
     const qint64 way = at.speed > 0 ? end - at.motion.at : at.motion.at;

@@ -22,10 +22,13 @@ bool waits_for(const Channel& channel, std::initializer_list<PrecueCondition> mo
            std::find(moments.begin(), moments.end(), channel.precued.front().when) != moments.end();
 }
 
-// The clip has no more fields that way.
+// The clip has no more fields that way. Whoever winds it back to its beginning wants no other one on air.
 void reach_end(ServerState& state, Audience& audience, int channel)
 {
-    if (waits_for(channel_at(state, channel), {PrecueCondition::end_of_clip, PrecueCondition::end_of_clip2}))
+    const Channel& at = channel_at(state, channel);
+    if (at.is_wound_back())
+        halt(state, audience, channel);
+    else if (waits_for(at, {PrecueCondition::end_of_clip, PrecueCondition::end_of_clip2}))
         roll_precued(state, audience, channel);
     else if (!follow_element(state, audience, channel))
         halt(state, audience, channel);
