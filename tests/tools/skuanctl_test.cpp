@@ -87,8 +87,10 @@ TEST_F(Skuanctl, RefusesBadUsageBeforeItConnects)
     } rows[] = {
         {"", "no verb is given"},
         {"plai", "there is no verb 'plai'; did you mean play?"},
-        {"info x", "what is 'x'?"},
-        {"--timeout nan info", "'nan' is no value for --timeout"},
+        {"info x", "info takes no 'x'; see info --help"},
+        {"--timeout nan info", "'nan' is no value for --timeout, which takes SECONDS; see --help"},
+        {"clip delete -x", "a value that looks like one stands behind --"},
+        {"clip create \x1b", "no control characters"},
         {"--count 3 clip list", "--count belongs to verbs that stay"},
         {"raw", "message 2 is not well-formed", QByteArray(ask_name) + "<cmd><xid>2</xid><a b='1'/></cmd>"},
         {"raw", "message 1 is not well-formed", "<cmd><xid>\xff</xid><sync></sync></cmd>"},
@@ -136,8 +138,8 @@ TEST_F(Skuanctl, TellsWhyThereIsNoConnection)
     const std::string here = support::own_loopback_address();
     Ran ran = support::run(program, {"--host", here.c_str(), "--timeout", "7", "info"});
     EXPECT_EQ(ran.code, 3);
-    EXPECT_EQ(ran.err, "skuanctl: cannot connect to " + QByteArray(here.c_str()) +
-                           " port 8913 within 7 s: Connection refused\n");
+    EXPECT_EQ(ran.err,
+              "skuanctl: cannot connect to " + QByteArray(here.c_str()) + " port 8913: Connection refused\n");
     ran = support::run(program, {"--json", "--host", "no such host", "info"});
     EXPECT_EQ(ran.code, 3);
     EXPECT_EQ(objects(ran.err).at(0)["error"], "cannot_connect");
@@ -303,12 +305,12 @@ TEST_F(Skuanctl, SendsWhatItsVerbsStandFor)
           "chase_save_end"},
          "{\"ContentID\":{\"ClipID\":\"x "
          "y\"},\"Speed\":0.0000152587890625,\"TcStartTrigger\":90,\"host\":\"h\"}\n"},
-        {"vclip edit v",
-         {"vclip_modification_start(VClipID=v)",
-          "vclip_add_segment(VClipID=v ClipID=x y ClipPosition=0 TrackSet(TrackType=video) VClipPosition=10 "
+        {"vclip edit -- -v",
+         {"vclip_modification_start(VClipID=-v)",
+          "vclip_add_segment(VClipID=-v ClipID=x y ClipPosition=0 TrackSet(TrackType=video) VClipPosition=10 "
           "ClipLength=25 Speed=2)",
-          "vclip_ripple(VClipID=v TrackSet(TrackType=audio) VClipPosition=10 VClipDistance=-5)",
-          "vclip_modification_end(VClipID=v)"},
+          "vclip_ripple(VClipID=-v TrackSet(TrackType=audio) VClipPosition=10 VClipDistance=-5)",
+          "vclip_modification_end(VClipID=-v)"},
          "add \"x y\" 0 video 10 25 --speed 2\n\nripple audio 10 -5\n"},
         {"dict set k =", {"userdict_set(Key=k Value==)"}},
         {"meta set d a=1 b=2 --prefix p",
@@ -342,8 +344,10 @@ TEST_F(Skuanctl, TellsAtWhichStepAnEditEnded)
     EXPECT_EQ(failure("clip delete news/weather_tonight nothing archive/1987/opening_ceremony"),
               "skuanctl: step 2 of 3, delete_clip: the server answered: no such clip \"nothing\"\n");
     EXPECT_EQ(ask(station, {"clip", "exists", "archive/1987/opening_ceremony"}).out, "true\n");
-    EXPECT_THAT(failure("list save l", "{\"ContentID\":{\"ClipID\":\"a\"}}\n{\"ContentID\":1}\n"),
-                HasSubstr("element 2: ContentID takes no value but its parts"));
+    EXPECT_THAT(failure("list save l", "{\"ContentID\":{\"ClipID\":\"a\"}}\n\n{\"ContentID\":1}\n"),
+                HasSubstr("line 3: ContentID takes no value but its parts"));
+    EXPECT_THAT(failure("list save l", "{\"ContentID\":{\"ClipID\":null}}"),
+                HasSubstr("is neither a text nor"));
     EXPECT_THAT(failure("vclip edit v", "enable video\nfree\n"), HasSubstr("line 2: 'free' is no edit"));
 }
 
@@ -485,6 +489,17 @@ TEST_F(Skuanctl, StaysForReports)
     ran = ask(station, {"--listen", "0.1", "--count", "3", "raw"});
     EXPECT_EQ(ran.code, 4);
     EXPECT_THAT(ran.err.toStdString(), HasSubstr("0 of 3 reports came within 0.1 s"));
+}
+
+TEST_F(Skuanctl, TakesAllThatWasSaidBeforeTheConnectionEnded)
+{
+    simulator::Settings settings;
+    settings.clips = simulator::ClipStore::generated(20'000);
+    settings.faults.close_after_answers = 1;
+    const Station station(settings);
+    const Ran ran = ask(station, {"clip", "list"});
+    EXPECT_EQ(ran.code, 0) << ran.err.constData();
+    EXPECT_EQ(ran.out.count('\n'), 20'000);
 }
 
 TEST_F(Skuanctl, EndsQuietlyWithItsReaderAndLoudlyWithTheDisk)

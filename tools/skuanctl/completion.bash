@@ -19,4 +19,5 @@ _skuanctl() {
     [[ ${COMPREPLY[0]} == *[=.:] ]] && compopt -o nospace 2>/dev/null
     return 0
 }
-complete -F _skuanctl skuanctl
+# Where it knows nothing, it may be a file that is wanted.
+complete -o default -F _skuanctl skuanctl

@@ -14,7 +14,7 @@ Dial::Dial(const QString& host, std::chrono::milliseconds limit) : host_(host)
         if (state == QAbstractSocket::UnconnectedState)
             fail(socket_.errorString());
     });
-    QTimer::singleShot(0, this, [this] { socket_.connectToHost(host_, 8913); });
+    QTimer::singleShot(0, this, [this] { socket_.connectToHost(host_, server_port); });
 }
 
 bool Dial::leads_back_to(const QHostAddress& listener) const
@@ -43,5 +43,5 @@ void Dial::fail(const QString& why)
     limit_.stop();
     socket_.disconnect(this);
     socket_.abort();
-    Q_EMIT failed(QStringLiteral("cannot connect to %1 port 8913: %2").arg(host_, why));
+    Q_EMIT failed(QStringLiteral("cannot connect to %1 port %2: %3").arg(host_).arg(server_port).arg(why));
 }

@@ -27,7 +27,7 @@ QString general_help()
         if (!more.isEmpty())
             text += help_entry(first + " ...", more);
     }
-    text += QStringLiteral("\nOptions:\n");
+    text += QStringLiteral("\nOptions, and -- before a word that only looks like one:\n");
     for (const OptionRow& row : option_rows())
         text += help_entry(spelled(row), row.help);
     text += QStringLiteral("\nExit codes, and the error that --json names:\n");

@@ -19,7 +19,6 @@ QStringList read_lines(const QString& name, QString* error)
     }
     QStringList lines;
     for (const QByteArray& line : text.split('\n'))
-        if (!line.trimmed().isEmpty())
-            lines += QString::fromUtf8(line.trimmed());
+        lines += QString::fromUtf8(line.trimmed());
     return lines;
 }

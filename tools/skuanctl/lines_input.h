@@ -3,6 +3,6 @@
 
 #include <QStringList>
 
-/// All lines but empty ones, of the file, or of standard input if the name is empty or "-". `*error` says why
-/// there are none, and is left alone if there are.
+/// All lines, without blanks around them, of the file, or of standard input if the name is empty or "-".
+/// `*error` says why there are none, and is left alone if there are.
 QStringList read_lines(const QString& file, QString* error);

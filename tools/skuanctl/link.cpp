@@ -2,27 +2,34 @@
 #include <skuanctl/link.h>
 #include <skuanctl/options.h>
 
-#include <QAbstractSocket>
+#include <QHostAddress>
 #include <QHostInfo>
 
+namespace {
+constexpr unsigned longest_message = 65536; // bytes, as the library has it
+}
+
 Link::Link(const QString& host, std::chrono::milliseconds limit, Take take)
-    : KVRP3::APIQt(nullptr), host_(host), limit_(limit), take_(std::move(take)), place_(host)
+    : host_(host), limit_(limit), take_(std::move(take)), place_(host), engine_(longest_message)
 {
+    engine_.config_tag("reply");
+    engine_.config_tag("report");
+    socket_.setReadBufferSize(longest_message); // what a slow reader leaves is the server's to keep
     wait_.setSingleShot(true);
     wait_.setInterval(limit);
     connect(&wait_, &QTimer::timeout, this, &Link::on_timeout);
-    connect(this, &APIQt::connected, this, &Link::on_connected);
-    connect(this, &APIQt::stateChanged, this, [this](QAbstractSocket::SocketState state) {
+    connect(&socket_, &QTcpSocket::connected, this, &Link::on_connected);
+    connect(&socket_, &QTcpSocket::readyRead, this, &Link::read);
+    connect(&socket_, &QTcpSocket::stateChanged, this, [this](QAbstractSocket::SocketState state) {
         if (state == QAbstractSocket::UnconnectedState)
             on_unconnected();
     });
 }
 
-// What is outstanding ends here and not in the base class, while this object is still whole.
+// The socket ends its connection when it goes, which is for nobody any more.
 Link::~Link()
 {
-    state_ = over;
-    fail_all_pending_commands();
+    socket_.disconnect(this);
 }
 
 void Link::open()
@@ -31,7 +38,7 @@ void Link::open()
     const QHostAddress address(host_);
     if (!address.isNull()) {
         state_ = connecting;
-        return connect_to_server(address);
+        return socket_.connectToHost(address, server_port);
     }
     QHostInfo::lookupHost(host_, this, [this](const QHostInfo& found) {
         if (state_ != looking_up)
@@ -50,23 +57,38 @@ void Link::connect_by_name(const QStringList& addresses)
 {
     state_ = connecting;
     place_ = QStringLiteral("%1 (address %2)").arg(host_, addresses.join(QStringLiteral(", ")));
-    connect_to_server(host_); // tries each address in turn
+    socket_.connectToHost(host_, server_port); // tries each address in turn
 }
 
 void Link::send_bytes(const QByteArray& messages)
 {
-    send(messages.constData(), static_cast<unsigned>(messages.size()));
+    socket_.write(messages);
 }
 
-// No command is issued through the base class, so no message is for it.
-bool Link::parse_intercept(const XMLTree& message)
+void Link::read()
 {
-    if (state_ == over)
-        return true;
-    if (wait_.isActive() && message.has_tag_z("reply"))
-        wait_.start();
-    take_(message);
-    return true;
+    const QByteArray bytes = socket_.bytesAvailable() > 0 ? socket_.readAll() : QByteArray();
+    int at = 0;
+    while (at < bytes.size() && state_ == connected_to_server) {
+        const unsigned taken =
+            engine_.input_bytes(static_cast<unsigned>(bytes.size() - at), bytes.data() + at);
+        at += static_cast<int>(taken);
+        take_messages();
+        if (engine_.parse_error() || taken == 0) // no room: a message without an end
+            return lose(QStringLiteral("it sent bytes that are no messages"));
+    }
+}
+
+void Link::take_messages()
+{
+    while (state_ == connected_to_server) {
+        const XMLTree message = engine_.get_xml();
+        if (message.is_null())
+            return;
+        if (wait_.isActive() && message.has_tag_z("reply"))
+            wait_.start();
+        take_(message);
+    }
 }
 
 void Link::on_connected()
@@ -74,58 +96,50 @@ void Link::on_connected()
     if (state_ != connecting)
         return;
     state_ = connected_to_server;
+    socket_.setSocketOption(QAbstractSocket::LowDelayOption, 1);
     wait_.start();
     Q_EMIT ready();
 }
 
 void Link::on_unconnected()
 {
-    const QString why = socket_error();
     if (state_ == connecting)
-        return fail(exit_cannot_connect, cannot_connect(why));
-    // Without an error of the socket's it was this side that closed, as it does when bytes come that
-    // are no messages.
-    if (state_ == connected_to_server)
-        fail(exit_connection_lost,
-             QStringLiteral("lost the connection to %1: %2")
-                 .arg(place_, why.isEmpty() ? QStringLiteral("it sent bytes that are no messages") : why));
+        return fail_to_connect(socket_.errorString());
+    read(); // what came before the end
+    lose(socket_.errorString());
 }
 
 void Link::on_timeout()
 {
-    const QString limit = in_seconds(limit_);
+    const QString within = QStringLiteral("no answer within ") + in_seconds(limit_);
     switch (state_) {
     case looking_up:
-        return fail(exit_cannot_connect,
-                    QStringLiteral("cannot find host %1 within %2: no answer").arg(host_, limit));
+        return fail(exit_cannot_connect, QStringLiteral("cannot find host %1: %2").arg(host_, within));
     case connecting:
-        return fail(exit_cannot_connect, cannot_connect(QStringLiteral("no answer")));
+        return fail_to_connect(within);
     case connected_to_server:
-        return fail(exit_timed_out, QStringLiteral("%1 gave no answer within %2").arg(place_, limit));
+        return fail(exit_timed_out, QStringLiteral("%1 gave %2").arg(place_, within));
     case over:
         return;
     }
+}
+
+void Link::fail_to_connect(const QString& why)
+{
+    fail(exit_cannot_connect,
+         QStringLiteral("cannot connect to %1 port %2: %3").arg(place_).arg(server_port).arg(why));
+}
+
+void Link::lose(const QString& why)
+{
+    if (state_ == connected_to_server)
+        fail(exit_connection_lost, QStringLiteral("lost the connection to %1: %2").arg(place_, why));
 }
 
 void Link::fail(ExitCode code, const QString& message)
 {
     state_ = over;
     wait_.stop();
+    socket_.abort();
     Q_EMIT failed({code, message, {}});
-}
-
-QString Link::cannot_connect(const QString& why) const
-{
-    return QStringLiteral("cannot connect to %1 port 8913 within %2: %3")
-        .arg(place_, in_seconds(limit_), why);
-}
-
-// Only the socket knows why there is no connection. It is a child of this object, the youngest one
-// where an earlier one is still on its way out. Empty if it has no error.
-QString Link::socket_error() const
-{
-    const auto sockets = findChildren<QAbstractSocket*>();
-    const bool has_error =
-        !sockets.isEmpty() && sockets.constLast()->error() != QAbstractSocket::UnknownSocketError;
-    return has_error ? sockets.constLast()->errorString() : QString();
 }

@@ -3,15 +3,17 @@
 
 #include <skuanctl/failure.h>
 
-#include <skuan/protocol/kvrp3_api_qt.h>
+#include <skuan/markup/xml_parse.h>
 
+#include <QTcpSocket>
 #include <QTimer>
 
 #include <chrono>
 #include <functional>
 
-/// One connection, opened once. Lives on the main thread.
-class Link : public KVRP3::APIQt
+/// One connection, opened once. What the server says is taken to the last message before the loss of the
+/// connection is told: the last one may say why. Lives on the main thread.
+class Link : public QObject
 {
     Q_OBJECT
 public:
@@ -38,19 +40,22 @@ Q_SIGNALS:
 private:
     enum State { looking_up, connecting, connected_to_server, over };
 
-    bool parse_intercept(const XMLTree& message) override;
     void connect_by_name(const QStringList& addresses);
     void on_connected();
+    void read();
+    void take_messages();
     void on_unconnected();
     void on_timeout();
     void fail(ExitCode code, const QString& message);
-    QString cannot_connect(const QString& why) const;
-    QString socket_error() const;
+    void fail_to_connect(const QString& why);
+    void lose(const QString& why);
 
     const QString host_;
     const std::chrono::milliseconds limit_;
     const Take take_;
     State state_ = looking_up;
     QString place_; ///< who is meant, with the addresses that a name stands for
+    QTcpSocket socket_;
+    XMLParseEngine engine_;
     QTimer wait_;
 };

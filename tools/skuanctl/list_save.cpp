@@ -21,19 +21,23 @@ QString number(double value)
     return text.endsWith('.') ? text.chopped(1) : text;
 }
 
-/// The object's values as arguments of `call`.
-void add_words(const QJsonObject& object, const QString& path, QStringList& words)
+/// The object's values as arguments of `call`. Gives the key of a value that none of them can be.
+QString add_words(const QJsonObject& object, const QString& path, QStringList& words)
 {
+    QString misfit;
     for (auto member = object.begin(); member != object.end(); ++member) {
         const QString name = path + '.' + member.key();
         const QJsonValue& value = member.value();
         if (value.isObject())
-            add_words(value.toObject(), name, words);
+            misfit += add_words(value.toObject(), name, words);
         else if (value.isBool())
             words += name + (value.toBool() ? "=true" : "=false");
-        else
+        else if (value.isDouble() || value.isString())
             words += name + '=' + (value.isDouble() ? number(value.toDouble()) : value.toString());
+        else
+            misfit = name;
     }
+    return misfit;
 }
 
 class ListSave : public Dialogue
@@ -55,8 +59,8 @@ public:
             return refuse(error);
         add(family + "_save_start", {id + list});
         for (int i = 0; i < lines.size(); ++i)
-            if (!add_element(element, lines[i]))
-                return refuse(QStringLiteral("element %1: %2").arg(i + 1).arg(error_));
+            if (!lines[i].isEmpty() && !add_element(element, lines[i]))
+                return refuse(QStringLiteral("line %1: %2").arg(i + 1).arg(error_));
         add(family + "_save_end", {});
         set_steps(steps_);
         return true;
@@ -87,8 +91,10 @@ private:
         QJsonObject object = document.object();
         object.remove(QStringLiteral("host")); // of the server that it was shown by
         QStringList words;
-        add_words(object, command.parts.front().tag->name, words);
-        return add(command.name, words);
+        const QString misfit = add_words(object, command.parts.front().tag->name, words);
+        if (!misfit.isEmpty())
+            error_ = QStringLiteral("%1 is neither a text nor a number").arg(misfit);
+        return misfit.isEmpty() && add(command.name, words);
     }
 
     std::vector<XMLTree> steps_;

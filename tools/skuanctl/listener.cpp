@@ -9,12 +9,13 @@ QHostAddress bind_address(const Options& options)
 
 bool Listener::start(Run& run)
 {
-    constexpr quint16 port = 8913;
     const QHostAddress address = bind_address(run.options());
-    if (!listen(address, port)) {
+    if (!listen(address, server_port)) {
         run.fail({exit_cannot_connect,
                   QStringLiteral("cannot listen on %1 port %2: %3")
-                      .arg(address.toString(), QString::number(port), errorString()),
+                      .arg(address.toString())
+                      .arg(server_port)
+                      .arg(errorString()),
                   {}});
         return false;
     }

@@ -18,8 +18,11 @@ int main(int argc, char** argv)
     QCoreApplication::setApplicationName(QStringLiteral("skuanctl"));
 
     const Options options = parse_options(QCoreApplication::arguments());
-    if (!options.error.isEmpty())
-        return refuse(options, options.error + QStringLiteral("; see --help"));
+    if (!options.error.isEmpty()) {
+        const QString help = (options.words + QStringLiteral(" --help")).trimmed();
+        const bool asks = options.error.endsWith('?'); // and so tells what to do
+        return refuse(options, options.error + (asks ? QString() : QStringLiteral("; see ") + help));
+    }
     if (options.help) {
         QString error;
         const QString text = help_text(options, &error);

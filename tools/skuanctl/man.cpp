@@ -50,7 +50,10 @@ QString page()
         plain("Each run connects to port 8913 of each host, does one thing and ends. Positions, lengths "
               "and distances count fields; a speed is a multiple of normal speed. What a verb does not "
               "offer, call does.") +
-        '\n' + section("OPTIONS");
+        '\n' + section("OPTIONS") +
+        plain("Options may stand anywhere behind the verb; those of all verbs also before it. A word that "
+              "only looks like one, as a clip of the name -x, stands behind --.") +
+        '\n';
     for (const OptionRow& row : option_rows())
         text += entry(spelled(row), row.help);
     text += section("VERBS");

@@ -13,6 +13,8 @@
 
 struct VerbRow;
 
+constexpr quint16 server_port = 8913;
+
 struct Options
 {
     QStringList hosts{QStringLiteral("127.0.0.1")};

@@ -53,6 +53,12 @@ private:
         return false;
     }
 
+    bool refuse_value(const QString& value, const QString& option, const QString& takes)
+    {
+        return refuse(
+            QStringLiteral("'%1' is no value for %2, which takes %3").arg(value, dashed(option), takes));
+    }
+
     bool take_option(const QStringList& words, int& at)
     {
         if (!options.verb)
@@ -73,13 +79,12 @@ private:
             if (!own->repeats && options.has(name.toUtf8()))
                 return refuse(QStringLiteral("%1 is given twice").arg(dashed(name)));
             if (!may_be(*own, value))
-                return refuse(QStringLiteral("'%1' is no value for %2").arg(value, dashed(name)));
+                return refuse_value(value, name, own->placeholder);
             options.own.emplace_back(name, value);
             return true;
         }
         given_.insert(general->names.constLast());
-        return general->take(value, options) ||
-               refuse(QStringLiteral("'%1' is no value for %2").arg(value, dashed(name)));
+        return general->take(value, options) || refuse_value(value, name, general->value);
     }
 
     const Word* find_own(const QString& name) const
@@ -98,7 +103,8 @@ private:
         for (const Word& own : options.form.options)
             known += dashed(own.option);
         return QStringLiteral("there is no option '%1'%2")
-                   .arg(word, options.verb ? "" : ", unless it belongs behind its verb") +
+                   .arg(word, options.verb ? " (a value that looks like one stands behind --)"
+                                           : ", unless it belongs behind its verb") +
                hint(word, known);
     }
 
@@ -166,7 +172,7 @@ private:
         const std::vector<Word>& places = options.form.places;
         const int given = options.arguments.size(), most = static_cast<int>(places.size());
         if (given > most && !(most > 0 && places.back().repeats))
-            return refuse(QStringLiteral("what is '%1'?").arg(options.arguments[most]));
+            return refuse(QStringLiteral("%1 takes no '%2'").arg(options.words, options.arguments[most]));
         for (int i = given; i < most; ++i)
             if (!places[static_cast<std::size_t>(i)].optional)
                 return refuse(QStringLiteral("%1 needs %2")

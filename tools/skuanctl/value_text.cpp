@@ -51,6 +51,14 @@ bool in_range(const Range& range, const QString& text)
     return good && value <= range.most;
 }
 
+/// Whether XML has all characters of the text; of control characters it has only tabs and line breaks.
+bool can_be_sent(const QString& text)
+{
+    static const QRegularExpression others(
+        QStringLiteral("[\\x00-\\x08\\x0b\\x0c\\x0e-\\x1f\\x{fffe}\\x{ffff}]"));
+    return !text.contains(others);
+}
+
 bool is_speed(const QString& text)
 {
     static const QRegularExpression decimal(QStringLiteral("^-?[0-9]+(\\.[0-9]+)?$"));
@@ -95,7 +103,7 @@ bool is_value(const Tag& tag, const QString& text)
 {
     switch (tag.kind) {
     case Kind::string:
-        return true;
+        return can_be_sent(text);
     case Kind::boolean:
     case Kind::flag:
         return text == QLatin1String("true") || text == QLatin1String("false");
@@ -113,7 +121,7 @@ QString wanted(const Tag& tag)
 {
     switch (tag.kind) {
     case Kind::string:
-        return QStringLiteral("a text");
+        return QStringLiteral("a text, with no control characters but tabs and line breaks");
     case Kind::boolean:
         return QStringLiteral("true or false");
     case Kind::flag:

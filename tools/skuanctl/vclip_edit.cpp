@@ -48,18 +48,25 @@ private:
     bool add_lines(const QString& file)
     {
         const QStringList lines = read_lines(file, &error_);
-        for (int i = 0; i < lines.size() && error_.isEmpty(); ++i) {
-            QStringList words = QProcess::splitCommand(lines[i]); // quotes hold a name with blanks together
-            words.insert(std::min(1, words.size()), run_.options().arguments[0]);
-            const Options edit = parse_options(QStringList{"skuanctl", "vclip"} + words);
-            const bool is_edit = edit.verb && edit.verb->make == make_vclip_edit && *edit.verb->command;
-            error_ = edit.error;
-            if (error_.isEmpty() && !is_edit)
-                error_ = QStringLiteral("'%1' is no edit").arg(words[0]);
-            if (!error_.isEmpty() || !add_edit(edit))
+        for (int i = 0; i < lines.size() && error_.isEmpty(); ++i)
+            if (!lines[i].isEmpty() && !add_line(lines[i]))
                 error_ = QStringLiteral("line %1: %2").arg(i + 1).arg(error_);
-        }
         return error_.isEmpty();
+    }
+
+    bool add_line(const QString& line)
+    {
+        QStringList words = QProcess::splitCommand(line); // quotes hold a name with blanks together
+        words.insert(std::min(1, words.size()), QStringLiteral("VCLIP"));
+        Options edit = parse_options(QStringList{"skuanctl", "vclip"} + words);
+        const bool is_edit = edit.verb && edit.verb->make == make_vclip_edit && *edit.verb->command;
+        error_ = edit.error;
+        if (error_.isEmpty() && (!is_edit || edit.help))
+            error_ = QStringLiteral("'%1' is no edit").arg(line);
+        if (!error_.isEmpty())
+            return false;
+        edit.arguments[0] = run_.options().arguments[0]; // which may look like an option
+        return add_edit(edit);
     }
 
     std::vector<XMLTree> steps_;

@@ -29,7 +29,7 @@ const std::vector<VerbRow>& verb_rows()
         {"channel watch", "", "[CHANNELS]", "print what happens on the channels",
          "@:status,clipid,speed,info", make_watch, Stay::always},
         {"channel steal", "steal_channel", "Channel PlayOrRecord",
-         "take a channel over, and hold it until the verb ends", "StealSwapped", make_recipe, Stay::holding},
+         "take a channel over, and hold it until the verb ends", "", make_recipe, Stay::holding},
 
         {"cue", "cue_clip", "Channel ClipID", "load a clip onto a channel"},
         {"play", "play|go_at", "Channel", "play; with --at, from there"},
