@@ -159,7 +159,7 @@ TEST_F(Skuanctl, TellsHowAConversationFailed)
         {{}, {"clip", "list", "nowhere"}, 1, "server_error", "the server answered: no such directory"},
         {{}, {"call", "download_clipids", "DirectoryName=nowhere"}, 1, "server_error", "no such directory"},
         {{}, {"raw", "<cmd><xid>1</xid><zap></zap></cmd>", ask_name}, 1, "", ""},
-        {Faults{.mute = true}, {"info"}, 4, "timed_out", "gave no answer within 0.3 s"},
+        {Faults{.mute = true, .flood = true}, {"info"}, 4, "timed_out", "gave no answer within 0.3 s"},
         {Faults{.mute = true}, {"raw", ask_name}, 4, "timed_out", "no answer"},
         {Faults{.refuse = true}, {"info"}, 5, "connection_lost", "lost the connection"},
         {Faults{.close_after_bytes = 20}, {"clip", "list"}, 5, "connection_lost", "host closed"},
@@ -341,8 +341,9 @@ TEST_F(Skuanctl, TellsAtWhichStepAnEditEnded)
     const auto failure = [&](const char* words, const QByteArray& input = {}) {
         return ask(station, QString(words).split(' '), input).err.toStdString();
     };
-    EXPECT_EQ(failure("clip delete news/weather_tonight nothing archive/1987/opening_ceremony"),
-              "skuanctl: step 2 of 3, delete_clip: the server answered: no such clip \"nothing\"\n");
+    EXPECT_EQ(
+        failure("clip delete news/weather_tonight nothing archive/1987/opening_ceremony"),
+        "skuanctl: step 2 of 3, delete_clip ClipID=nothing: the server answered: no such clip \"nothing\"\n");
     EXPECT_EQ(ask(station, {"clip", "exists", "archive/1987/opening_ceremony"}).out, "true\n");
     EXPECT_THAT(failure("list save l", "{\"ContentID\":{\"ClipID\":\"a\"}}\n\n{\"ContentID\":1}\n"),
                 HasSubstr("line 3: ContentID takes no value but its parts"));
@@ -486,6 +487,7 @@ TEST_F(Skuanctl, StaysForReports)
 
     station->set_faults({});
     EXPECT_EQ(ask(station, {"--listen", "0.1", "raw", ask_name}).code, 0);
+    EXPECT_EQ(ask(station, {"--timeout", "0.1", "--listen", "0.3", "dict", "own", "k", "v"}).code, 0);
     ran = ask(station, {"--listen", "0.1", "--count", "3", "raw"});
     EXPECT_EQ(ran.code, 4);
     EXPECT_THAT(ran.err.toStdString(), HasSubstr("0 of 3 reports came within 0.1 s"));

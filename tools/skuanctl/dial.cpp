@@ -43,5 +43,6 @@ void Dial::fail(const QString& why)
     limit_.stop();
     socket_.disconnect(this);
     socket_.abort();
-    Q_EMIT failed(QStringLiteral("cannot connect to %1 port %2: %3").arg(host_).arg(server_port).arg(why));
+    Q_EMIT failed(
+        QStringLiteral("cannot connect to %1 port %2: %3").arg(host_, QString::number(server_port), why));
 }

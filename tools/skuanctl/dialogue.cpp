@@ -3,6 +3,22 @@
 #include <skuanctl/message_text.h>
 #include <skuanctl/run.h>
 
+#include <skuan/markup/xml_parse.h>
+
+namespace {
+
+/// In the words of `call`, which can try it again by itself.
+QString as_called(const Outgoing& command)
+{
+    const XMLTree message = XMLParse(
+        AString::from_utf8(command.bytes.constData(), static_cast<unsigned>(command.bytes.size())), nullptr);
+    const XMLTree& body = body_of(message);
+    const Command* const row = find_row(catalogue().commands, body.get_tag());
+    return row ? line_of(body, row->parts) : QString(body.get_tag());
+}
+
+} // namespace
+
 Dialogue::Dialogue(Run& run) : Verb(run)
 {
     listening_.setSingleShot(true);
@@ -109,11 +125,11 @@ void Dialogue::show_report(const XMLTree&, const XMLTree& body)
 void Dialogue::on_error_reply(const XMLTree&, const XMLTree& body)
 {
     const QString said = body.get_subnode(AString::l1("ErrorMessage")).get_content();
-    const QString step = in_steps_ && commands_.size() > 1 ? QStringLiteral("step %1 of %2, %3: ")
-                                                                 .arg(sent_)
-                                                                 .arg(commands_.size())
-                                                                 .arg(QString(commands_[sent_ - 1].name))
-                                                           : QString();
+    const QString step = in_steps_ && commands_.size() > 1
+                             ? QStringLiteral("step %1 of %2, %3: ")
+                                   .arg(QString::number(sent_), QString::number(commands_.size()),
+                                        as_called(commands_[sent_ - 1]))
+                             : QString();
     run_.fail({exit_server_error, step + QStringLiteral("the server answered: ") + said,
                body.get_subnode(AString::l1("ErrorCode")).get_content().despace()});
 }

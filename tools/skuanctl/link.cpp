@@ -127,7 +127,7 @@ void Link::on_timeout()
 void Link::fail_to_connect(const QString& why)
 {
     fail(exit_cannot_connect,
-         QStringLiteral("cannot connect to %1 port %2: %3").arg(place_).arg(server_port).arg(why));
+         QStringLiteral("cannot connect to %1 port %2: %3").arg(place_, QString::number(server_port), why));
 }
 
 void Link::lose(const QString& why)

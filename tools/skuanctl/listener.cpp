@@ -13,9 +13,7 @@ bool Listener::start(Run& run)
     if (!listen(address, server_port)) {
         run.fail({exit_cannot_connect,
                   QStringLiteral("cannot listen on %1 port %2: %3")
-                      .arg(address.toString())
-                      .arg(server_port)
-                      .arg(errorString()),
+                      .arg(address.toString(), QString::number(server_port), errorString()),
                   {}});
         return false;
     }

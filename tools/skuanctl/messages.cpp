@@ -6,7 +6,7 @@ Outgoing command_message(const XMLTree& command, const AString& xid)
     XMLTree message(AString::l1("cmd"), XMLTree(AString::l1("xid"), xid));
     message += command;
     const std::string text = message.flatten(XMLTree::flatten_compact, true).to_string();
-    return {QByteArray(text.data(), static_cast<int>(text.size())), xid, command.get_tag()};
+    return {QByteArray(text.data(), static_cast<int>(text.size())), xid};
 }
 
 AString xid_of(const XMLTree& message)

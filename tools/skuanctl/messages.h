@@ -11,7 +11,6 @@ struct Outgoing
 {
     QByteArray bytes; ///< the whole message, in UTF-8
     AString xid;      ///< empty if it has none
-    AString name;     ///< of the command
 };
 
 Outgoing command_message(const XMLTree& command, const AString& xid);

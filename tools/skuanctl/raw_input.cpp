@@ -49,7 +49,7 @@ RawInput cut_commands(const QByteArray& text)
             input.error = refusal(input.commands.size() + 1, bytes, why);
             return input;
         }
-        input.commands.push_back({bytes, xid_of(tree), body_of(tree).get_tag()});
+        input.commands.push_back({bytes, xid_of(tree)});
     }
     return input;
 }
