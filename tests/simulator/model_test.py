@@ -176,7 +176,7 @@ def walk(seed, server):
 def main():
     seed = int(os.environ.get("SKUAN_SEED", time.time() % 1e6))
     print(f"SKUAN_SEED={seed}", flush=True)
-    for turn in range(int(os.environ.get("SKUAN_ROUNDS", 2))):
+    for turn in range(int(os.environ.get("SKUAN_ROUNDS", 6))):
         with tempfile.TemporaryDirectory() as folder:
             server = Server(sys.argv[1], "--pace", "0", "--state", os.path.join(folder, "state"))
             try:
