@@ -1,6 +1,8 @@
 // Small change for the functions that carry out commands.
 #include <simulator/call_p.h>
 
+#include <algorithm>
+
 namespace simulator {
 
 Refusal no_such_clip(const QString& clip)
@@ -34,6 +36,21 @@ std::optional<quint32> number(const Element& element, const char* tag)
 {
     const Element* found = element.child(QLatin1String(tag));
     return found ? std::optional<quint32>(found->text.toUInt()) : std::nullopt;
+}
+
+std::vector<Deck> Call::decks() const
+{
+    std::vector<Deck> named;
+    const auto add = [&](const Element& element) {
+        const int number = element.text.at(0).unicode() - 'A';
+        if (std::none_of(named.begin(), named.end(), [&](Deck deck) { return deck.number == number; }))
+            named.push_back({state, audience, number});
+    };
+    if (has("Channel"))
+        add(child(arguments, "Channel"));
+    for (const Element& member : child(arguments, "ChannelSet").children)
+        add(member);
+    return named;
 }
 
 QString quoted(const QString& name)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <simulator/audience_p.h>
+#include <simulator/commands/deck_p.h>
 #include <simulator/element.h>
 
 #include <optional>
@@ -68,6 +69,10 @@ public:
     std::optional<quint32> number(const char* tag) const { return simulator::number(arguments, tag); }
     quint32 required_number(const char* tag) const { return number(tag).value_or(0); }
     qint32 distance(const char* tag) const { return text(tag).toInt(); }
+
+    // The channels that it names, each once and in its order; and the first of them, where it must name one.
+    std::vector<Deck> decks() const;
+    Deck deck() const { return decks().front(); }
 
     // Replies but `ok` and `error`, which come of themselves.
     void reply(const char* name, const Fields& fields) { answer_.reply(xid_, name, fields); }

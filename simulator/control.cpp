@@ -241,8 +241,8 @@ Answer ltc(const ControlContext& context, ControlLine& line)
         return misread();
     }
     context.audience.report("ltc_timecode", {{"Timecode", input_timecode(context.state)}});
-    for (int channel = 0; channel < channel_count; ++channel)
-        tell_changes(context.state, context.audience, channel); // some may show their input
+    for (const Deck deck : all_decks(context.state, context.audience))
+        tell_changes(deck); // some may show their input
     return done();
 }
 

@@ -132,11 +132,11 @@ QString Responder::load()
 // What is recorded so far is kept. The timecode comes from outside, and goes on.
 void Responder::restart()
 {
-    for (int channel = 0; channel < channel_count; ++channel) {
-        Channel& at = channel_at(state_, channel);
+    for (const Deck deck : all_decks(state_, audience_)) {
+        Channel& at = deck.channel();
         if (at.status == ChannelStatus::nochannel)
             continue;
-        clear(state_, audience_, channel);
+        clear(deck);
         at = Channel();
     }
     const quint64 timecode = ltc_field(state_), day = ltc_day(state_);

@@ -9,51 +9,49 @@
 #include <simulator/server_state_p.h>
 #include <simulator/session_p.h>
 
-#include <algorithm>
-
 namespace simulator {
 
 namespace {
 
 using Row = std::vector<Element>;
 
-Row status(ServerState& state, int channel)
+Row status(Deck deck)
 {
-    const Channel& at = channel_at(state, channel);
-    Row row = {channel_tag(channel),
+    const Channel& at = deck.channel();
+    Row row = {deck.tag(),
                {"ChannelStatus", Catalogue::get().name("ChannelStatus", static_cast<int>(at.status))}};
     if (!at.cue.clip.isEmpty())
         row.push_back({"ClipID", at.cue.clip});
     return row;
 }
 
-Row clipid(ServerState& state, int channel)
+Row clipid(Deck deck)
 {
-    return {channel_tag(channel), {"ClipID", channel_at(state, channel).cue.clip}};
+    return {deck.tag(), {"ClipID", deck.channel().cue.clip}};
 }
 
-Row speed(ServerState& state, int channel)
+Row speed(Deck deck)
 {
-    return {channel_tag(channel), {"Speed", speed_text(channel_at(state, channel).speed)}};
+    return {deck.tag(), {"Speed", speed_text(deck.channel().speed)}};
 }
 
-Row timecode(ServerState& state, int channel)
+Row timecode(Deck deck)
 {
-    const Channel& at = channel_at(state, channel);
-    return {channel_tag(channel),
+    const Channel& at = deck.channel();
+    return {deck.tag(),
             {"ClipPosition", decimal(at.motion.field())},
-            {"DisplayTimecode", display_timecode(state, at)},
-            {"InputTimecode", shows_input(at) ? input_timecode(state) : no_timecode()}};
+            {"DisplayTimecode", display_timecode(deck.state, at)},
+            {"InputTimecode", shows_input(at) ? input_timecode(deck.state) : no_timecode()}};
 }
 
-Row aux_audio_timecode(ServerState& state, int channel)
+Row aux_audio_timecode(Deck deck)
 {
-    return {channel_tag(channel), {"ClipPosition", decimal(channel_at(state, channel).motion.field())}};
+    return {deck.tag(), {"ClipPosition", decimal(deck.channel().motion.field())}};
 }
 
-Row info(ServerState& state, int channel)
+Row info(Deck deck)
 {
-    const Channel& at = channel_at(state, channel);
+    const Channel& at = deck.channel();
     Row fields = {{"ClipID", at.cue.clip}};
     if (!at.cue.clip.isEmpty()) {
         fields.insert(fields.end(), {{"ClipLength", decimal(at.cue.length)},
@@ -63,23 +61,24 @@ Row info(ServerState& state, int channel)
             fields.push_back({"LoopIn", decimal(*at.cue.loop_in)});
         if (at.cue.loop_out)
             fields.push_back({"LoopOut", decimal(*at.cue.loop_out)});
-        fields.insert(fields.end(), {{"Playback", at.cue.playback},
-                                     {"AngleCount", decimal(angle_count(state, at.cue))},
-                                     {"Angle", decimal(at.cue.angle)},
-                                     {"AudioTrackCount", state.configuration.effective("AudioTrackCount")}});
+        fields.insert(fields.end(),
+                      {{"Playback", at.cue.playback},
+                       {"AngleCount", decimal(angle_count(deck.state, at.cue))},
+                       {"Angle", decimal(at.cue.angle)},
+                       {"AudioTrackCount", deck.state.configuration.effective("AudioTrackCount")}});
     }
     const quint32 mask = at.status == ChannelStatus::insert ? at.insert_mask : at.ee_mask;
     const Row edit = {{"SonyEditMask", decimal(mask)}, {"AutoEE", truth(at.auto_ee)}};
     fields.push_back({"EEStatus", edit});
-    if (const auto pair = program_pair(state, channel))
-        fields.insert(fields.end(), {{"ProgramChannel", channel_name(pair->program)},
-                                     {"PreviewChannel", channel_name(pair->preview)}});
+    if (const auto pair = program_pair(deck))
+        fields.insert(fields.end(),
+                      {{"ProgramChannel", pair->program.name()}, {"PreviewChannel", pair->preview.name()}});
     fields.insert(fields.end(), {{"PrecueCount", decimal(at.precued.size())},
                                  {"StealStatus", at.steal_status},
                                  {"TransitionInProgress", truth(at.transition > 0)}});
     if (!at.cue.clip.isEmpty())
         fields.push_back({"NaturalSpeed", speed_text(normal_speed)});
-    return {channel_tag(channel), {"ChannelInformation", fields}};
+    return {deck.tag(), {"ChannelInformation", fields}};
 }
 
 // The reports that show a channel's state, each with its class.
@@ -87,7 +86,7 @@ struct Shown
 {
     const char* report_class;
     const char* report;
-    Row (*fields)(ServerState&, int);
+    Row (*fields)(Deck);
 };
 
 constexpr Shown shown_info = {"info", "channel_info", info};
@@ -101,82 +100,53 @@ constexpr Shown shown[] = {
 };
 
 // While nobody listens nothing is built; whoever registers is told the whole state first.
-void tell_change(ServerState& state, Audience& audience, int channel, const Shown& one)
+void tell_change(Deck deck, const Shown& one)
 {
-    if (!audience.listens_to(one.report, channel))
+    if (!deck.audience.listens_to(one.report, deck.number))
         return;
-    Row fields = one.fields(state, channel);
-    Row& told = channel_at(state, channel).told[QLatin1String(one.report)];
+    Row fields = one.fields(deck);
+    Row& told = deck.channel().told[QLatin1String(one.report)];
     if (told == fields)
         return;
-    audience.report(one.report, fields);
+    deck.audience.report(one.report, fields);
     told = std::move(fields);
 }
 
 } // namespace
 
-QString channel_name(int channel)
+Refusal not_free(const Call& call, Deck deck)
 {
-    return QString(QChar(static_cast<char16_t>(u'A' + channel)));
-}
-
-Element channel_tag(int channel)
-{
-    return {"Channel", channel_name(channel)};
-}
-
-Channel& channel_at(ServerState& state, int channel)
-{
-    return state.channels[static_cast<std::size_t>(channel)];
-}
-
-std::vector<int> named_channels(const Call& call)
-{
-    std::vector<int> channels;
-    const auto add = [&](const Element& element) {
-        const int channel = element.text.at(0).unicode() - 'A';
-        if (std::find(channels.begin(), channels.end(), channel) == channels.end())
-            channels.push_back(channel);
-    };
-    if (call.has("Channel"))
-        add(child(call.arguments, "Channel"));
-    for (const Element& member : child(call.arguments, "ChannelSet").children)
-        add(member);
-    return channels;
-}
-
-Refusal not_free(const Call& call, int channel)
-{
-    if (channel_at(call.state, channel).status == ChannelStatus::nochannel)
-        return refuse(QStringLiteral("the server has no channel %1").arg(channel_name(channel)));
-    const Session* thief = channel_at(call.state, channel).thief;
+    if (deck.channel().status == ChannelStatus::nochannel)
+        return refuse(QStringLiteral("the server has no channel %1").arg(deck.name()));
+    const Session* thief = deck.channel().thief;
     return thief && thief != &call.session
-               ? refuse(QStringLiteral("another client has channel %1 to itself").arg(channel_name(channel)))
+               ? refuse(QStringLiteral("another client has channel %1 to itself").arg(deck.name()))
                : Refusal();
 }
 
 // What one channel of a pair does may make the other one its preview, or end that.
-void tell_changes(ServerState& state, Audience& audience, int channel)
+void tell_changes(Deck deck)
 {
     for (const Shown& one : shown)
-        tell_change(state, audience, channel, one);
-    settle_lists(state, audience, channel);
-    tell_change(state, audience, channel ^ 1, shown_info);
+        tell_change(deck, one);
+    settle_lists(deck);
+    tell_change(deck.partner(), shown_info);
 }
 
-void tell_state(Call& call, int channel, const QString& report_class)
+void tell_state(Call& call, Deck deck, const QString& report_class)
 {
+    tell_changes(deck);
     for (const Shown& one : shown) {
         if (report_class != QLatin1String(one.report_class))
             continue;
-        Row fields = one.fields(call.state, channel);
+        Row fields = one.fields(deck);
         call.audience.report_to(call.session, one.report, fields);
-        channel_at(call.state, channel).told[QLatin1String(one.report)] = std::move(fields);
+        deck.channel().told[QLatin1String(one.report)] = std::move(fields);
     }
     if (report_class == QLatin1String("listplay"))
-        tell_play_list(call, channel);
+        tell_play_list(call, deck);
     if (report_class == QLatin1String("chaseplay"))
-        tell_chase_list(call, channel);
+        tell_chase_list(call, deck);
 }
 
 } // namespace simulator

@@ -67,21 +67,15 @@ struct Channel
     bool is_wound_back() const { return (speed < 0) != (cue.speed < 0); }
 };
 
-QString channel_name(int channel);
-Element channel_tag(int channel);
-Channel& channel_at(ServerState& state, int channel);
-
-// The channels that a command names, each once and in its order.
-std::vector<int> named_channels(const Call& call);
-
 // Why a client may not use a channel: there is none, or another client has stolen it.
-Refusal not_free(const Call& call, int channel);
+Refusal not_free(const Call& call, Deck deck);
 
 // Tells those who listen what has changed in a channel's status, clip, position, speed and information, and
 // in what its lists have on air.
-void tell_changes(ServerState& state, Audience& audience, int channel);
+void tell_changes(Deck deck);
 
-// Tells one client the present state of one class of a channel's reports.
-void tell_state(Call& call, int channel, const QString& report_class);
+// Tells one client the present state of one class of a channel's reports; before that, all others what they
+// do not know of it yet.
+void tell_state(Call& call, Deck deck, const QString& report_class);
 
 } // namespace simulator

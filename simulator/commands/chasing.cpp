@@ -82,11 +82,11 @@ Place place_at(ServerState& state, const Element& element, qint64 time)
 void lose_timecode(ServerState& state, Audience& audience)
 {
     state.chase_timecode.reset();
-    for (int channel = 0; channel < channel_count; ++channel) {
-        Channel& at = channel_at(state, channel);
+    for (const Deck deck : all_decks(state, audience)) {
+        Channel& at = deck.channel();
         if (!at.chase_list || !at.chase_list->air.now || at.speed == 0)
             continue;
-        stand(state, audience, channel);
+        stand(deck);
         at.chase_list->chase.stands = true;
     }
 }
@@ -104,10 +104,10 @@ Refusal sending_chase_ltcin(Call& call)
     } else {
         lose_timecode(state, call.audience);
     }
-    for (int channel = 0; channel < channel_count; ++channel)
-        if (channel_at(state, channel).chase_list) {
-            chase(state, call.audience, channel);
-            tell_changes(state, call.audience, channel);
+    for (const Deck deck : all_decks(state, call.audience))
+        if (deck.channel().chase_list) {
+            chase(deck);
+            tell_changes(deck);
         }
     return {};
 }
@@ -116,29 +116,29 @@ Refusal sending_chase_ltcin(Call& call)
 
 // What a client does with the channel stands until another element comes: it may stop it and play it on, or
 // put something else there. A recording is not ended by a timecode.
-void chase(ServerState& state, Audience& audience, int channel)
+void chase(Deck deck)
 {
-    Channel& at = channel_at(state, channel);
-    if (!at.chase_list || !state.chase_timecode || is_writing(at))
+    Channel& at = deck.channel();
+    if (!at.chase_list || !deck.state.chase_timecode || is_writing(at))
         return;
     LoadedList& list = *at.chase_list;
-    const qint64 time = state.chase_timecode->at(state.field);
+    const qint64 time = deck.state.chase_timecode->at(deck.state.field);
     const auto element = element_at(list, time);
     Place place;
     place.is_black = true;
     if (element)
-        place = place_at(state, list.elements[*element], time);
+        place = place_at(deck.state, list.elements[*element], time);
 
     const bool is_new = list.chase.element != element || list.chase.is_black != place.is_black;
     list.chase.element = element;
     list.chase.is_black = place.is_black;
     if (place.is_black) {
         if (list.air.now)
-            clear(state, audience, channel);
+            clear(deck);
         return;
     }
     if (is_new && list.air.now != element) {
-        load(state, audience, channel, std::move(place.cue), ChannelStatus::play);
+        load(deck, std::move(place.cue), ChannelStatus::play);
         at.motion = {place.at, false};
         list.air.now = element;
         list.chase.stands = false;
@@ -146,13 +146,13 @@ void chase(ServerState& state, Audience& audience, int channel)
     if (list.air.now != element)
         return;
 
-    const bool runs = state.chase_timecode->runs && !place.has_ended;
+    const bool runs = deck.state.chase_timecode->runs && !place.has_ended;
     if (runs && list.chase.stands) {
-        roll(state, audience, channel);
+        roll(deck);
         list.chase.stands = false;
         at.motion = {place.at, false};
     } else if (!runs && (list.chase.stands || at.speed != 0)) {
-        stand(state, audience, channel);
+        stand(deck);
         list.chase.stands = true;
         at.motion = {place.at, false};
     } else if (at.speed != 0 && std::abs(at.motion.at - place.at) > tolerance) {

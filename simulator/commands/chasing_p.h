@@ -7,6 +7,7 @@ namespace simulator {
 
 class Audience;
 struct Channel;
+struct Deck;
 struct ServerState;
 
 // The last timecode that came. It goes on from there, but if it came twice.
@@ -20,7 +21,7 @@ struct ChaseTimecode
 };
 
 // Puts a channel with a chase list to where the timecode wants it; tell_changes() tells of it.
-void chase(ServerState& state, Audience& audience, int channel);
+void chase(Deck deck);
 
 // Without a timecode for a second, what chases stands still.
 void lose_old_timecode(ServerState& state, Audience& audience);

@@ -78,12 +78,12 @@ Refusal in_use(const Call& call, const QString& name)
         return !cue.is_virtual &&
                (name.endsWith(QLatin1Char('/')) ? cue.clip.startsWith(name) : cue.clip == name);
     };
-    for (int i = 0; i < channel_count; ++i) {
-        const Channel& channel = channel_at(call.state, i);
+    for (const Deck deck : all_decks(call.state, call.audience)) {
+        const Channel& channel = deck.channel();
         if (is_meant(channel.cue) ||
             std::any_of(channel.precued.begin(), channel.precued.end(),
                         [&](const Precued& precued) { return is_meant(precued.cue); }))
-            return refuse(QStringLiteral("%1 is in use on channel %2").arg(quoted(name), channel_name(i)));
+            return refuse(QStringLiteral("%1 is in use on channel %2").arg(quoted(name), deck.name()));
     }
     return {};
 }
@@ -145,7 +145,7 @@ void note_input_timecode(const ServerState& state, Clip& clip)
 Refusal create_clip(Call& call)
 {
     if (call.has("Channel"))
-        if (Refusal refusal = not_free(call, named_channels(call).front()))
+        if (Refusal refusal = not_free(call, call.deck()))
             return refusal;
     const QString name = call.text("ClipID");
     Clip clip;
@@ -161,9 +161,9 @@ Refusal create_clip(Call& call)
         return refusal;
     if (!call.has("Channel"))
         return {};
-    const int channel = named_channels(call).front();
-    record(call.state, call.audience, channel, name, call.number("ClipLength").value_or(0));
-    tell_changes(call.state, call.audience, channel);
+    const Deck deck = call.deck();
+    record(deck, name, call.number("ClipLength").value_or(0));
+    tell_changes(deck);
     return {};
 }
 
@@ -238,9 +238,9 @@ Refusal modify_clip_attributes(Call& call)
     stamp_clip(call.state, name, "MetaEditStamp");
     call.report("clip_changed", {{"ClipID", name}});
     follow_length(call.state, name);
-    for (int channel = 0; channel < channel_count; ++channel)
-        if (channel_at(call.state, channel).cue.plays(name))
-            tell_changes(call.state, call.audience, channel);
+    for (const Deck deck : all_decks(call.state, call.audience))
+        if (deck.channel().cue.plays(name))
+            tell_changes(deck);
     return {};
 }
 

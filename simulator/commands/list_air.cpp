@@ -36,14 +36,15 @@ bool takes_next(const LoadedList& list)
 }
 
 // Whether the next element goes on air within half a second.
-bool is_near_end(ServerState& state, const Channel& at)
+bool is_near_end(Deck deck)
 {
+    const Channel& at = deck.channel();
     const LoadedList& list = *at.play_list;
     if (!list.air.now || at.speed == 0 || at.is_wound_back() || at.cue.loop != Loop::off || !takes_next(list))
         return false;
     const qint64 end = static_cast<qint64>(path_of(at.cue).end) << 16;
     const qint64 way = at.speed > 0 ? end - at.motion.at : at.motion.at;
-    const FieldRate rate = state.configuration.field_rate();
+    const FieldRate rate = deck.state.configuration.field_rate();
     return way * rate.seconds * 2 <= std::abs(static_cast<qint64>(at.speed)) * rate.fields;
 }
 
@@ -57,40 +58,40 @@ void start_transition(Channel& at, const Element& element)
 }
 
 // Under the list, over and over. False if there is nothing to play.
-bool play_bed(ServerState& state, Audience& audience, int channel)
+bool play_bed(Deck deck)
 {
-    Channel& at = channel_at(state, channel);
+    Channel& at = deck.channel();
     Cue cue;
-    if (!at.play_list->bed || cue_element(state, *at.play_list->bed, cue))
+    if (!at.play_list->bed || cue_element(deck.state, *at.play_list->bed, cue))
         return false;
     cue.loop = Loop::loop;
     cue.loop_in = cue.position;
     cue.loop_out = cue.out_point;
-    load(state, audience, channel, std::move(cue), ChannelStatus::play);
+    load(deck, std::move(cue), ChannelStatus::play);
     start_transition(at, *at.play_list->bed);
     return true;
 }
 
 // What the preview channel has otherwise is no concern of the list's; what it shows of it is as it was cued.
-void show_next(ServerState& state, Audience& audience, int channel)
+void show_next(Deck deck)
 {
-    const auto pair = program_pair(state, channel);
-    if (!pair || pair->program != channel)
+    const auto pair = program_pair(deck);
+    if (!pair || pair->program.number != deck.number)
         return;
-    const LoadedList& list = *channel_at(state, channel).play_list;
+    const LoadedList& list = *deck.channel().play_list;
     Cue cue;
-    if (!list.air.next || cue_element(state, list.elements[*list.air.next], cue))
+    if (!list.air.next || cue_element(deck.state, list.elements[*list.air.next], cue))
         cue = {};
-    if (channel_at(state, pair->preview).cue == cue)
+    if (pair->preview.channel().cue == cue)
         return;
     if (cue.clip.isEmpty())
-        clear(state, audience, pair->preview);
+        clear(pair->preview);
     else
-        load(state, audience, pair->preview, std::move(cue));
-    tell_changes(state, audience, pair->preview);
+        load(pair->preview, std::move(cue));
+    tell_changes(pair->preview);
 }
 
-void tell_air(const ListKind& kind, Audience& audience, int channel, LoadedList& list)
+void tell_air(const ListKind& kind, Deck deck, LoadedList& list)
 {
     const struct
     {
@@ -99,7 +100,7 @@ void tell_air(const ListKind& kind, Audience& audience, int channel, LoadedList&
     } told[] = {{kind.air_now, &OnAir::now}, {kind.air_lock, &OnAir::lock}, {kind.air_next, &OnAir::next}};
     for (const auto& [report, index] : told)
         if (list.air.*index != list.told.*index)
-            audience.report(report, {channel_tag(channel), air_tag(kind, list.air.*index)});
+            deck.audience.report(report, {deck.tag(), air_tag(kind, list.air.*index)});
     list.told = list.air;
 }
 
@@ -115,16 +116,16 @@ Refusal cue_element(ServerState& state, const Element& element, Cue& cue)
     return refusal;
 }
 
-Refusal find_next(ServerState& state, int channel, Upcoming& next)
+Refusal find_next(Deck deck, Upcoming& next)
 {
-    const LoadedList& list = *channel_at(state, channel).play_list;
+    const LoadedList& list = *deck.channel().play_list;
     Refusal refusal =
-        refuse(QStringLiteral("the play list on channel %1 is at its end").arg(channel_name(channel)));
+        refuse(QStringLiteral("the play list on channel %1 is at its end").arg(deck.name()));
     auto index = up_next(list);
     for (std::size_t left = list.elements.size(); index && left > 0; --left) {
         next.cue = {};
         next.index = *index;
-        refusal = cue_element(state, list.elements[*index], next.cue);
+        refusal = cue_element(deck.state, list.elements[*index], next.cue);
         if (!refusal)
             return {};
         index = following(list, index);
@@ -132,11 +133,11 @@ Refusal find_next(ServerState& state, int channel, Upcoming& next)
     return refusal;
 }
 
-void put_on_air(ServerState& state, Audience& audience, int channel, Upcoming element, bool rolls)
+void put_on_air(Deck deck, Upcoming element, bool rolls)
 {
-    Channel& at = channel_at(state, channel);
+    Channel& at = deck.channel();
     LoadedList& list = *at.play_list;
-    load(state, audience, channel, std::move(element.cue),
+    load(deck, std::move(element.cue),
          rolls ? ChannelStatus::play : ChannelStatus::cueing);
     start_transition(at, list.elements[element.index]);
     list.air.now = element.index;
@@ -151,22 +152,22 @@ bool rolls_by_itself(const LoadedList& list, quint32 index)
     return text(list.elements[index], "ListElementAtStart") != QLatin1String("pause");
 }
 
-bool follow_element(ServerState& state, Audience& audience, int channel)
+bool follow_element(Deck deck)
 {
-    Channel& at = channel_at(state, channel);
+    Channel& at = deck.channel();
     if (at.chase_list && at.chase_list->air.now && !is_writing(at))
-        return state.chase_timecode.has_value(); // which then says what comes
+        return deck.state.chase_timecode.has_value(); // which then says what comes
     if (!at.play_list || !at.play_list->air.now)
         return false;
     const LoadedList& list = *at.play_list;
     if (takes_next(list)) {
         Upcoming next;
-        if (find_next(state, channel, next)) {
+        if (find_next(deck, next)) {
             leave_air(at);
-            return play_bed(state, audience, channel);
+            return play_bed(deck);
         }
         const bool rolls = rolls_by_itself(list, next.index);
-        put_on_air(state, audience, channel, std::move(next), rolls);
+        put_on_air(deck, std::move(next), rolls);
         return true;
     }
     const bool again = text(list.elements[*list.air.now], "ListElementAtEnd") == QLatin1String("loop");
@@ -182,43 +183,43 @@ void leave_air(Channel& channel)
             (*list)->air.now.reset();
 }
 
-void foresee(ServerState& state, int channel)
+void foresee(Deck deck)
 {
-    Channel& at = channel_at(state, channel);
+    Channel& at = deck.channel();
     if (!at.play_list)
         return;
     OnAir& air = at.play_list->air;
     Upcoming next;
-    if (!is_near_end(state, at))
+    if (!is_near_end(deck))
         air.lock.reset();
-    else if (!air.lock && !find_next(state, channel, next))
+    else if (!air.lock && !find_next(deck, next))
         air.lock = next.index;
     air.next = up_next(*at.play_list);
 }
 
-void settle_lists(ServerState& state, Audience& audience, int channel)
+void settle_lists(Deck deck)
 {
-    Channel& at = channel_at(state, channel);
-    foresee(state, channel);
+    Channel& at = deck.channel();
+    foresee(deck);
     if (at.play_list)
-        tell_air(play_list_kind, audience, channel, *at.play_list);
+        tell_air(play_list_kind, deck, *at.play_list);
     if (at.chase_list)
-        tell_air(chase_list_kind, audience, channel, *at.chase_list);
-    show_next(state, audience, channel);
+        tell_air(chase_list_kind, deck, *at.chase_list);
+    show_next(deck);
 }
 
-// A and B are a pair, C and D, and so on. A partner that has something of its own to do is left alone.
-std::optional<ProgramPair> program_pair(ServerState& state, int channel)
+// A partner that has something of its own to do is left alone.
+std::optional<ProgramPair> program_pair(Deck deck)
 {
     const auto runs_over_two = [](const Channel& at) {
         return at.play_list && at.play_list->mode == QLatin1String("pgm_pvw");
     };
-    const int partner = channel ^ 1;
-    const bool is_program = runs_over_two(channel_at(state, channel));
-    if (!is_program && !runs_over_two(channel_at(state, partner)))
+    const Deck partner = deck.partner();
+    const bool is_program = runs_over_two(deck.channel());
+    if (!is_program && !runs_over_two(partner.channel()))
         return std::nullopt;
-    const ProgramPair pair = is_program ? ProgramPair{channel, partner} : ProgramPair{partner, channel};
-    const Channel& preview = channel_at(state, pair.preview);
+    const ProgramPair pair = is_program ? ProgramPair{deck, partner} : ProgramPair{partner, deck};
+    const Channel& preview = pair.preview.channel();
     if (preview.status == ChannelStatus::nochannel || preview.play_list || preview.chase_list ||
         preview.thief || is_writing(preview))
         return std::nullopt;

@@ -9,7 +9,7 @@ namespace {
 
 Refusal bed(Call& call)
 {
-    return on_loaded(play_list_kind, call, [&](int, LoadedList& list) -> Refusal {
+    return on_loaded(play_list_kind, call, [&](Deck, LoadedList& list) -> Refusal {
         const Element& element = child(call.arguments, "ListElement");
         if (!list.share.grow(weight(element) - (list.bed ? weight(*list.bed) : 0)))
             return no_room();
@@ -25,49 +25,49 @@ bool is_roll(const Call& call)
 
 Refusal list_take(Call& call)
 {
-    return on_loaded(play_list_kind, call, [&](int channel, LoadedList& list) -> Refusal {
+    return on_loaded(play_list_kind, call, [&](Deck deck, LoadedList& list) -> Refusal {
         Upcoming next;
-        if (Refusal refusal = find_next(call.state, channel, next))
+        if (Refusal refusal = find_next(deck, next))
             return refusal;
         const bool rolls = rolls_by_itself(list, next.index);
-        put_on_air(call.state, call.audience, channel, std::move(next), rolls);
-        tell_changes(call.state, call.audience, channel);
+        put_on_air(deck, std::move(next), rolls);
+        tell_changes(deck);
         return {};
     });
 }
 
 Refusal play_now(Call& call)
 {
-    return on_element(play_list_kind, call, [&](int channel, LoadedList& list, quint32 index) -> Refusal {
+    return on_element(play_list_kind, call, [&](Deck deck, LoadedList& list, quint32 index) -> Refusal {
         Upcoming element{index, {}};
         if (Refusal refusal = cue_element(call.state, list.elements[index], element.cue))
             return refusal;
         const qint64 start = static_cast<qint64>(element.cue.position) + call.distance("JogDistance");
-        put_on_air(call.state, call.audience, channel, std::move(element), is_roll(call));
-        go_to(channel_at(call.state, channel), start);
-        tell_changes(call.state, call.audience, channel);
+        put_on_air(deck, std::move(element), is_roll(call));
+        go_to(deck.channel(), start);
+        tell_changes(deck);
         return {};
     });
 }
 
 Refusal play_next(Call& call)
 {
-    return on_element(play_list_kind, call, [&](int channel, LoadedList& list, quint32 index) -> Refusal {
+    return on_element(play_list_kind, call, [&](Deck deck, LoadedList& list, quint32 index) -> Refusal {
         if (list.air.lock)
-            return not_open(play_list_kind, channel, list, *list.air.lock);
+            return not_open(play_list_kind, deck, list, *list.air.lock);
         list.chosen = index;
         list.chosen_rolls = is_roll(call);
-        tell_changes(call.state, call.audience, channel);
+        tell_changes(deck);
         return {};
     });
 }
 
 Refusal list_set_loop(Call& call)
 {
-    return on_loaded(play_list_kind, call, [&](int channel, LoadedList& list) -> Refusal {
+    return on_loaded(play_list_kind, call, [&](Deck deck, LoadedList& list) -> Refusal {
         list.loop = call.text("Loop");
-        call.report("channel_listplay_loop", {channel_tag(channel), {"Loop", list.loop}});
-        tell_changes(call.state, call.audience, channel);
+        call.report("channel_listplay_loop", {deck.tag(), {"Loop", list.loop}});
+        tell_changes(deck);
         return {};
     });
 }

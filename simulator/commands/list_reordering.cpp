@@ -11,8 +11,8 @@ namespace {
 template <const ListKind& kind>
 Refusal reorder_start(Call& call)
 {
-    return on_loaded(kind, call, [&](int channel, LoadedList&) -> Refusal {
-        call.session.*kind.reordering = Reordering{channel, {}, Share(call.state.budget)};
+    return on_loaded(kind, call, [&](Deck deck, LoadedList&) -> Refusal {
+        call.session.*kind.reordering = Reordering{deck.number, {}, Share(call.state.budget)};
         return {};
     });
 }
@@ -42,13 +42,13 @@ Refusal reorder_finish(Call& call)
     const Reordering reordering = std::move(*(call.session.*kind.reordering));
     (call.session.*kind.reordering).reset();
 
-    return on_loaded(kind, call, reordering.channel, [&](int channel, LoadedList& list) -> Refusal {
+    return on_loaded(kind, call, {call.state, call.audience, reordering.channel}, [&](Deck deck, LoadedList& list) -> Refusal {
         const quint32 before = call.required_number(kind.index);
         std::vector<bool> picked(list.elements.size());
         for (const quint32 index : reordering.picked) {
             if (index >= picked.size())
                 return refuse(QStringLiteral("there is no element %1 to move").arg(index));
-            if (Refusal refusal = not_open(kind, channel, list, index))
+            if (Refusal refusal = not_open(kind, deck, list, index))
                 return refusal;
             picked[index] = true;
         }
@@ -73,11 +73,11 @@ Refusal reorder_finish(Call& call)
             if (*index)
                 *index = static_cast<quint32>(std::find(order.begin(), order.end(), **index) - order.begin());
 
-        call.report(kind.cleared, {channel_tag(channel)});
+        call.report(kind.cleared, {deck.tag()});
         list.modified = true;
         list.chase.is_ordered = false;
-        tell_all(kind, call, channel);
-        tell_changes(call.state, call.audience, channel);
+        tell_all(kind, deck);
+        tell_changes(deck);
         return {};
     });
 }

@@ -10,6 +10,7 @@
 namespace simulator {
 
 class Call;
+struct Deck;
 
 constexpr int channel_count = 12;
 
@@ -72,7 +73,7 @@ struct LoadedList
 };
 
 // Tell one client what is loaded on a channel.
-void tell_play_list(Call& call, int channel);
-void tell_chase_list(Call& call, int channel);
+void tell_play_list(Call& call, Deck deck);
+void tell_chase_list(Call& call, Deck deck);
 
 } // namespace simulator

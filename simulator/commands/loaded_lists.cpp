@@ -16,30 +16,30 @@ Element modified_tag(const LoadedList& list)
 
 // Everything that there is to say of the list on a channel, through `tell(report, fields)`.
 template <class Tell>
-void tell_list(const ListKind& kind, ServerState& state, int channel, Tell tell)
+void tell_list(const ListKind& kind, Deck deck, Tell tell)
 {
-    const auto& loaded = channel_at(state, channel).*kind.on_channel;
+    const auto& loaded = deck.channel().*kind.on_channel;
     if (!loaded)
-        return tell(kind.unloaded, {channel_tag(channel)});
+        return tell(kind.unloaded, {deck.tag()});
     const bool plays = &kind == &play_list_kind;
     if (plays)
-        tell(kind.loaded, {channel_tag(channel), {kind.id, loaded->id}, {"ListPlayMode", loaded->mode}});
+        tell(kind.loaded, {deck.tag(), {kind.id, loaded->id}, {"ListPlayMode", loaded->mode}});
     else
-        tell(kind.loaded, {channel_tag(channel), {kind.id, loaded->id}});
+        tell(kind.loaded, {deck.tag(), {kind.id, loaded->id}});
     for (std::size_t i = 0; i < loaded->elements.size(); ++i)
-        tell(kind.exists, {channel_tag(channel), index_tag(kind, i), loaded->elements[i]});
-    tell(kind.air_now, {channel_tag(channel), air_tag(kind, loaded->air.now)});
+        tell(kind.exists, {deck.tag(), index_tag(kind, i), loaded->elements[i]});
+    tell(kind.air_now, {deck.tag(), air_tag(kind, loaded->air.now)});
     if (plays) {
-        tell(kind.air_lock, {channel_tag(channel), air_tag(kind, loaded->air.lock)});
-        tell(kind.air_next, {channel_tag(channel), air_tag(kind, loaded->air.next)});
-        tell("channel_listplay_loop", {channel_tag(channel), {"Loop", loaded->loop}});
+        tell(kind.air_lock, {deck.tag(), air_tag(kind, loaded->air.lock)});
+        tell(kind.air_next, {deck.tag(), air_tag(kind, loaded->air.next)});
+        tell("channel_listplay_loop", {deck.tag(), {"Loop", loaded->loop}});
     }
-    tell(kind.modified, {channel_tag(channel), modified_tag(*loaded)});
+    tell(kind.modified, {deck.tag(), modified_tag(*loaded)});
 }
 
-void tell_one(const ListKind& kind, Call& call, int channel)
+void tell_one(const ListKind& kind, Call& call, Deck deck)
 {
-    tell_list(kind, call.state, channel,
+    tell_list(kind, deck,
               [&](const char* report, const std::initializer_list<Element>& fields) {
                   call.audience.report_to(call.session, report, fields);
               });
@@ -48,13 +48,13 @@ void tell_one(const ListKind& kind, Call& call, int channel)
 template <const ListKind& kind>
 Refusal load_list(Call& call)
 {
-    const int channel = named_channels(call).front();
-    if (Refusal refusal = not_free(call, channel))
+    const Deck deck = call.deck();
+    if (Refusal refusal = not_free(call, deck))
         return refusal;
     const auto* elements = (call.state.*kind.saved).find(call.text(kind.id));
     if (!elements)
         return no_such_list(kind, call.text(kind.id));
-    auto& loaded = channel_at(call.state, channel).*kind.on_channel;
+    auto& loaded = deck.channel().*kind.on_channel;
     LoadedList list{call.text(kind.id), *elements, Share(call.state.budget)};
     if (!list.share.grow(weight(list.elements)))
         return no_room();
@@ -63,28 +63,28 @@ Refusal load_list(Call& call)
     if (call.has("Transition"))
         list.transition = child(call.arguments, "Transition");
     if (loaded)
-        call.report(kind.cleared, {channel_tag(channel)});
+        call.report(kind.cleared, {deck.tag()});
     loaded = std::move(list);
-    tell_all(kind, call, channel);
-    tell_changes(call.state, call.audience, channel);
+    tell_all(kind, deck);
+    tell_changes(deck);
     return {};
 }
 
-void set_modified(const ListKind& kind, Call& call, int channel, LoadedList& list, bool modified)
+void set_modified(const ListKind& kind, Deck deck, LoadedList& list, bool modified)
 {
     if (list.modified == modified)
         return;
     list.modified = modified;
-    call.report(kind.modified, {channel_tag(channel), modified_tag(list)});
+    deck.audience.report(kind.modified, {deck.tag(), modified_tag(list)});
 }
 
 template <const ListKind& kind>
 Refusal unload(Call& call)
 {
-    return on_loaded(kind, call, [&](int channel, LoadedList&) -> Refusal {
-        (channel_at(call.state, channel).*kind.on_channel).reset();
-        call.report(kind.unloaded, {channel_tag(channel)});
-        tell_changes(call.state, call.audience, channel);
+    return on_loaded(kind, call, [&](Deck deck, LoadedList&) -> Refusal {
+        (deck.channel().*kind.on_channel).reset();
+        call.report(kind.unloaded, {deck.tag()});
+        tell_changes(deck);
         return {};
     });
 }
@@ -105,20 +105,20 @@ void shift(std::optional<quint32>& index, quint32 at, bool in)
 template <const ListKind& kind>
 Refusal insert(Call& call)
 {
-    return on_loaded(kind, call, [&](int channel, LoadedList& list) -> Refusal {
+    return on_loaded(kind, call, [&](Deck deck, LoadedList& list) -> Refusal {
         const quint32 index = call.required_number(kind.index);
         const Element& element = child(call.arguments, kind.element);
         if (index > list.elements.size())
             return refuse(QStringLiteral("the %1 on channel %2 ends before %3")
-                              .arg(QLatin1String(kind.noun), channel_name(channel))
+                              .arg(QLatin1String(kind.noun), deck.name())
                               .arg(index));
         if (list.elements.size() == most_list_elements || !list.share.grow(weight(element)))
             return no_room();
         list.elements.insert(list.elements.begin() + index, element);
         for (auto* remembered : list.indices())
             shift(*remembered, index, true);
-        call.report(kind.inserted, {channel_tag(channel), index_tag(kind, index), element});
-        edited(kind, call, channel, list);
+        call.report(kind.inserted, {deck.tag(), index_tag(kind, index), element});
+        edited(kind, deck, list);
         return {};
     });
 }
@@ -126,19 +126,19 @@ Refusal insert(Call& call)
 template <const ListKind& kind>
 Refusal remove(Call& call)
 {
-    return on_element(kind, call, [&](int channel, LoadedList& list, quint32 index) -> Refusal {
+    return on_element(kind, call, [&](Deck deck, LoadedList& list, quint32 index) -> Refusal {
         if (index == list.air.now)
             return refuse(QStringLiteral("element %1 of the %2 on channel %3 is on air")
                               .arg(index)
-                              .arg(QLatin1String(kind.noun), channel_name(channel)));
-        if (Refusal refusal = not_open(kind, channel, list, index))
+                              .arg(QLatin1String(kind.noun), deck.name()));
+        if (Refusal refusal = not_open(kind, deck, list, index))
             return refusal;
         list.share.grow(-weight(list.elements[index]));
         list.elements.erase(list.elements.begin() + index);
         for (auto* remembered : list.indices())
             shift(*remembered, index, false);
-        call.report(kind.removed, {channel_tag(channel), index_tag(kind, index)});
-        edited(kind, call, channel, list);
+        call.report(kind.removed, {deck.tag(), index_tag(kind, index)});
+        edited(kind, deck, list);
         return {};
     });
 }
@@ -146,8 +146,8 @@ Refusal remove(Call& call)
 template <const ListKind& kind>
 Refusal modify(Call& call)
 {
-    return on_element(kind, call, [&](int channel, LoadedList& list, quint32 index) -> Refusal {
-        if (Refusal refusal = not_open(kind, channel, list, index))
+    return on_element(kind, call, [&](Deck deck, LoadedList& list, quint32 index) -> Refusal {
+        if (Refusal refusal = not_open(kind, deck, list, index))
             return refusal;
         Element element = list.elements[index];
         for (const Element& change : child(call.arguments, kind.change).children)
@@ -156,8 +156,8 @@ Refusal modify(Call& call)
         if (!list.share.grow(weight(element) - weight(list.elements[index])))
             return no_room();
         list.elements[index] = element;
-        call.report(kind.exists, {channel_tag(channel), index_tag(kind, index), element});
-        edited(kind, call, channel, list);
+        call.report(kind.exists, {deck.tag(), index_tag(kind, index), element});
+        edited(kind, deck, list);
         return {};
     });
 }
@@ -165,8 +165,8 @@ Refusal modify(Call& call)
 template <const ListKind& kind>
 Refusal clear_modified(Call& call)
 {
-    return on_loaded(kind, call, [&](int channel, LoadedList& list) -> Refusal {
-        set_modified(kind, call, channel, list, false);
+    return on_loaded(kind, call, [&](Deck deck, LoadedList& list) -> Refusal {
+        set_modified(kind, deck, list, false);
         return {};
     });
 }
@@ -186,41 +186,41 @@ Element air_tag(const ListKind& kind, const std::optional<quint32>& index)
     return {kind.air, inside};
 }
 
-Refusal not_open(const ListKind& kind, int channel, const LoadedList& list, quint32 index)
+Refusal not_open(const ListKind& kind, Deck deck, const LoadedList& list, quint32 index)
 {
     return list.air.lock == index
                ? refuse(QStringLiteral("element %1 of the %2 on channel %3 is locked for air")
                             .arg(index)
-                            .arg(QLatin1String(kind.noun), channel_name(channel)))
+                            .arg(QLatin1String(kind.noun), deck.name()))
                : Refusal();
 }
 
-void edited(const ListKind& kind, Call& call, int channel, LoadedList& list)
+void edited(const ListKind& kind, Deck deck, LoadedList& list)
 {
     list.chase.is_ordered = false;
-    tell_changes(call.state, call.audience, channel);
-    set_modified(kind, call, channel, list, true);
+    tell_changes(deck);
+    set_modified(kind, deck, list, true);
 }
 
-void tell_all(const ListKind& kind, Call& call, int channel)
+void tell_all(const ListKind& kind, Deck deck)
 {
-    foresee(call.state, channel);
-    if (auto& loaded = channel_at(call.state, channel).*kind.on_channel)
+    foresee(deck);
+    if (auto& loaded = deck.channel().*kind.on_channel)
         loaded->told = loaded->air;
-    tell_list(kind, call.state, channel,
+    tell_list(kind, deck,
               [&](const char* report, const std::initializer_list<Element>& fields) {
-                  call.report(report, fields);
+                  deck.audience.report(report, fields);
               });
 }
 
-void tell_play_list(Call& call, int channel)
+void tell_play_list(Call& call, Deck deck)
 {
-    tell_one(play_list_kind, call, channel);
+    tell_one(play_list_kind, call, deck);
 }
 
-void tell_chase_list(Call& call, int channel)
+void tell_chase_list(Call& call, Deck deck)
 {
-    tell_one(chase_list_kind, call, channel);
+    tell_one(chase_list_kind, call, deck);
 }
 
 CommandRows loaded_play_list_commands()

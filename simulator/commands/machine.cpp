@@ -80,7 +80,7 @@ Refusal get_io_latency(Call& call)
 
 Refusal get_current_timecode(Call& call)
 {
-    const Channel& channel = channel_at(call.state, named_channels(call).front());
+    const Channel& channel = call.deck().channel();
     call.reply("channel_current_timecode", {child(call.arguments, "Channel"),
                                             {"DisplayTimecode", display_timecode(call.state, channel)},
                                             {"ClipLength", decimal(channel.cue.length)},

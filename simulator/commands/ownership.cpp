@@ -12,16 +12,16 @@ namespace {
 // for the other direction.
 Refusal steal_channel(Call& call)
 {
-    const int channel = named_channels(call).front();
-    if (Refusal refusal = not_free(call, channel))
+    const Deck deck = call.deck();
+    if (Refusal refusal = not_free(call, deck))
         return refusal;
-    Channel& at = channel_at(call.state, channel);
+    Channel& at = deck.channel();
     const bool plays = call.text("PlayOrRecord") == QLatin1String("play");
     const QString status = plays ? QStringLiteral("export") : QStringLiteral("import");
     const bool swapped = at.thief && at.steal_status != status;
     at.thief = &call.session;
     at.steal_status = status;
-    tell_changes(call.state, call.audience, channel);
+    tell_changes(deck);
     call.reply("steal_info", {{"StealSwapped", truth(swapped)}});
     return {};
 }
@@ -36,13 +36,13 @@ Refusal unsteal_channel(Call& call)
 
 void return_channels(ServerState& state, const Session& session, Audience& audience)
 {
-    for (int channel = 0; channel < channel_count; ++channel) {
-        Channel& at = channel_at(state, channel);
+    for (const Deck deck : all_decks(state, audience)) {
+        Channel& at = deck.channel();
         if (at.thief != &session)
             continue;
         at.thief = nullptr;
         at.steal_status = QStringLiteral("available");
-        tell_changes(state, audience, channel);
+        tell_changes(deck);
     }
 }
 

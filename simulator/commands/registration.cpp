@@ -37,13 +37,13 @@ Refusal reports(Call& call)
 template <bool on>
 Refusal channel_reports(Call& call)
 {
-    for (const int channel : named_channels(call)) {
-        quint16& classes = call.session.channel_classes[static_cast<std::size_t>(channel)];
+    for (const Deck deck : call.decks()) {
+        quint16& classes = call.session.channel_classes[static_cast<std::size_t>(deck.number)];
         for (const QString& name : named_classes(call, "ChannelReportType", "ChannelReportSet")) {
+            if (on)
+                tell_state(call, deck, name); // before it is one of those who are told of changes
             const int bit = 1 << Catalogue::get().value("ChannelReportType", name);
             classes = static_cast<quint16>(on ? classes | bit : classes & ~bit);
-            if (on)
-                tell_state(call, channel, name);
         }
     }
     return {};

@@ -23,54 +23,54 @@ bool waits_for(const Channel& channel, std::initializer_list<PrecueCondition> mo
 }
 
 // The clip has no more fields that way. Whoever winds it back to its beginning wants no other one on air.
-void reach_end(ServerState& state, Audience& audience, int channel)
+void reach_end(Deck deck)
 {
-    const Channel& at = channel_at(state, channel);
+    const Channel& at = deck.channel();
     if (at.is_wound_back())
-        halt(state, audience, channel);
+        halt(deck);
     else if (waits_for(at, {PrecueCondition::end_of_clip, PrecueCondition::end_of_clip2}))
-        roll_precued(state, audience, channel);
-    else if (!follow_element(state, audience, channel))
-        halt(state, audience, channel);
+        roll_precued(deck);
+    else if (!follow_element(deck))
+        halt(deck);
 }
 
 // A field more of the recording, unless it is as long as it may be or the disks are full.
-void record_field(ServerState& state, Audience& audience, int channel)
+void record_field(Deck deck)
 {
-    Channel& at = channel_at(state, channel);
+    Channel& at = deck.channel();
     const bool is_full = at.most_recorded != 0 && at.cue.length >= at.most_recorded;
     if (is_full && at.cue.loop == Loop::record)
         return; // the newest field takes the place of the oldest
-    if (is_full || available_space(state) < field_size || !state.clips.grow_clip(at.cue.clip))
-        return halt(state, audience, channel);
-    follow_length(state, at.cue.clip);
+    if (is_full || available_space(deck.state) < field_size || !deck.state.clips.grow_clip(at.cue.clip))
+        return halt(deck);
+    follow_length(deck.state, at.cue.clip);
     at.motion = standing_at(at.cue.length);
-    const FieldRate rate = state.configuration.field_rate();
+    const FieldRate rate = deck.state.configuration.field_rate();
     const int second = (rate.fields + rate.seconds / 2) / rate.seconds; // of 59.94 fields: 60
     if (at.cue.length % static_cast<quint32>(second) == 0)
-        tell_written(state, audience, at.cue.clip);
+        tell_written(deck.state, deck.audience, at.cue.clip);
 }
 
 // Behind the last field that has been recorded so far, the next one is waited for.
-void play_field(ServerState& state, Audience& audience, int channel)
+void play_field(Deck deck)
 {
-    Channel& at = channel_at(state, channel);
+    Channel& at = deck.channel();
     const Passed passed = advance(at.motion, path_of(at.cue), at.speed);
-    if (passed == Passed::End && at.motion.at != 0 && !at.cue.out_point && is_recorded(state, at.cue.clip))
+    if (passed == Passed::End && at.motion.at != 0 && !at.cue.out_point && is_recorded(deck.state, at.cue.clip))
         return;
     if (passed == Passed::End)
-        reach_end(state, audience, channel);
+        reach_end(deck);
     else if (passed == Passed::Loop && waits_for(at, {PrecueCondition::end_of_clip2}))
-        roll_precued(state, audience, channel);
+        roll_precued(deck);
 }
 
-void run(ServerState& state, Audience& audience, int channel)
+void run(Deck deck)
 {
-    Channel& at = channel_at(state, channel);
+    Channel& at = deck.channel();
     if (at.transition > 0)
         --at.transition;
     if (waits_for(at, {PrecueCondition::immediate}))
-        return roll_precued(state, audience, channel);
+        return roll_precued(deck);
     switch (at.status) {
     case ChannelStatus::cueing:
         if (--at.cueing == 0)
@@ -79,7 +79,7 @@ void run(ServerState& state, Audience& audience, int channel)
     case ChannelStatus::play:
     case ChannelStatus::timedelay:
     case ChannelStatus::insert:
-        play_field(state, audience, channel);
+        play_field(deck);
         break;
     default: // record: see run_channels()
         break;
@@ -95,49 +95,49 @@ bool goes_on(const Channel& channel)
 
 } // namespace
 
-void load(ServerState& state, Audience& audience, int channel, Cue cue, ChannelStatus status)
+void load(Deck deck, Cue cue, ChannelStatus status)
 {
-    clear(state, audience, channel);
-    Channel& at = channel_at(state, channel);
+    clear(deck);
+    Channel& at = deck.channel();
     at.cue = std::move(cue);
     at.motion = standing_at(at.cue.position);
     if (status != ChannelStatus::cueing)
-        return roll(state, audience, channel, status);
+        return roll(deck, status);
     at.status = status;
     at.cueing = cueing_time;
     if (!at.cue.is_virtual)
-        stamp_clip(state, at.cue.clip, "LoadedStamp");
+        stamp_clip(deck.state, at.cue.clip, "LoadedStamp");
 }
 
-void roll(ServerState& state, Audience& audience, int channel, ChannelStatus status)
+void roll(Deck deck, ChannelStatus status)
 {
-    Channel& at = channel_at(state, channel);
+    Channel& at = deck.channel();
     if (is_writing(at))
-        stand(state, audience, channel);
+        stand(deck);
     at.status = status;
     at.speed = at.cue.speed;
     at.motion.backwards = false;
     if (!at.cue.is_virtual)
-        stamp_clip(state, at.cue.clip, "PlayedStamp");
+        stamp_clip(deck.state, at.cue.clip, "PlayedStamp");
 }
 
-void halt(ServerState& state, Audience& audience, int channel)
+void halt(Deck deck)
 {
-    if (waits_for(channel_at(state, channel), {PrecueCondition::previous_stops}))
-        roll_precued(state, audience, channel);
+    if (waits_for(deck.channel(), {PrecueCondition::previous_stops}))
+        roll_precued(deck);
     else
-        stand(state, audience, channel);
+        stand(deck);
 }
 
-void stand(ServerState& state, Audience& audience, int channel)
+void stand(Deck deck)
 {
-    Channel& at = channel_at(state, channel);
+    Channel& at = deck.channel();
     const bool was_writing = is_writing(at);
     at.status = ChannelStatus::stop;
     at.speed = 0;
     at.motion.backwards = false;
     if (was_writing)
-        tell_written(state, audience, at.cue.clip);
+        tell_written(deck.state, deck.audience, at.cue.clip);
 }
 
 void go_to(Channel& channel, qint64 field)
@@ -145,21 +145,21 @@ void go_to(Channel& channel, qint64 field)
     channel.motion = standing_at(static_cast<quint32>(std::clamp<qint64>(field, 0, channel.cue.length)));
 }
 
-void roll_precued(ServerState& state, Audience& audience, int channel)
+void roll_precued(Deck deck)
 {
-    Channel& at = channel_at(state, channel);
+    Channel& at = deck.channel();
     Cue cue = std::move(at.precued.front().cue);
     at.precued.pop_front();
-    load(state, audience, channel, std::move(cue), ChannelStatus::play);
+    load(deck, std::move(cue), ChannelStatus::play);
 }
 
-void clear(ServerState& state, Audience& audience, int channel)
+void clear(Deck deck)
 {
-    Channel& at = channel_at(state, channel);
+    Channel& at = deck.channel();
     if (is_writing(at))
-        stand(state, audience, channel);
+        stand(deck);
     if (!at.cue.clip.isEmpty() && !at.cue.is_virtual)
-        stamp_clip(state, at.cue.clip, "UnloadedStamp");
+        stamp_clip(deck.state, at.cue.clip, "UnloadedStamp");
     at.cue = {};
     at.motion = {};
     at.status = ChannelStatus::idle;
@@ -168,10 +168,10 @@ void clear(ServerState& state, Audience& audience, int channel)
     leave_air(at);
 }
 
-void record(ServerState& state, Audience& audience, int channel, const QString& clip, quint32 most)
+void record(Deck deck, const QString& clip, quint32 most)
 {
-    clear(state, audience, channel);
-    Channel& at = channel_at(state, channel);
+    clear(deck);
+    Channel& at = deck.channel();
     at.cue.clip = clip;
     at.status = ChannelStatus::record;
     at.speed = normal_speed;
@@ -200,18 +200,19 @@ bool shows_input(const Channel& channel)
 // Recordings first, so that who plays one of them sees its newest field.
 bool run_channels(ServerState& state, Audience& audience)
 {
-    for (int channel = 0; channel < channel_count; ++channel)
-        if (channel_at(state, channel).status == ChannelStatus::record)
-            record_field(state, audience, channel);
+    const std::vector<Deck> decks = all_decks(state, audience);
+    for (const Deck deck : decks)
+        if (deck.channel().status == ChannelStatus::record)
+            record_field(deck);
     lose_old_timecode(state, audience);
     bool more = false;
-    for (int channel = 0; channel < channel_count; ++channel) {
-        run(state, audience, channel);
-        chase(state, audience, channel);
-        tell_changes(state, audience, channel);
-        const Channel& at = channel_at(state, channel);
+    for (const Deck deck : decks) {
+        run(deck);
+        chase(deck);
+        tell_changes(deck);
+        const Channel& at = deck.channel();
         more = more || goes_on(at) || is_chasing(state, at) ||
-               (shows_input(at) && audience.listens_to("channel_timecode", channel));
+               (shows_input(at) && audience.listens_to("channel_timecode", deck.number));
     }
     return more;
 }

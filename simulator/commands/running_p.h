@@ -8,28 +8,28 @@ namespace simulator {
 // Each of these tells nothing by itself: tell_changes() does, when all is done.
 
 // Puts a cue on a channel: to be made ready and stand, or to play at once in that status.
-void load(ServerState& state, Audience& audience, int channel, Cue cue,
+void load(Deck deck, Cue cue,
           ChannelStatus status = ChannelStatus::cueing);
 
 // Runs what is on the channel, at the speed of its cue.
-void roll(ServerState& state, Audience& audience, int channel, ChannelStatus status = ChannelStatus::play);
+void roll(Deck deck, ChannelStatus status = ChannelStatus::play);
 
 // Stands still. What waits for that comes on air.
-void halt(ServerState& state, Audience& audience, int channel);
+void halt(Deck deck);
 
 // Stands still for a command that moves it.
-void stand(ServerState& state, Audience& audience, int channel);
+void stand(Deck deck);
 
 void go_to(Channel& channel, qint64 field);
 
 // What waits first goes on air; something waits.
-void roll_precued(ServerState& state, Audience& audience, int channel);
+void roll_precued(Deck deck);
 
 // Nothing is on the channel any more.
-void clear(ServerState& state, Audience& audience, int channel);
+void clear(Deck deck);
 
 // Records into a clip, which is new, from now on; up to so many fields if it is not 0.
-void record(ServerState& state, Audience& audience, int channel, const QString& clip, quint32 most);
+void record(Deck deck, const QString& clip, quint32 most);
 
 // Whether a channel records into the clip, so that its end is not there yet.
 bool is_recorded(const ServerState& state, const QString& clip);

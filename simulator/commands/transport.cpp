@@ -17,28 +17,28 @@ constexpr std::size_t most_precued = 64;
 enum class Needs { Nothing, Clip, Precued };
 
 // Why a channel cannot do it.
-Refusal unfit(const Call& call, int channel, Needs needs)
+Refusal unfit(const Call& call, Deck deck, Needs needs)
 {
-    if (Refusal refusal = not_free(call, channel))
+    if (Refusal refusal = not_free(call, deck))
         return refusal;
-    const Channel& at = channel_at(call.state, channel);
+    const Channel& at = deck.channel();
     if (needs == Needs::Clip && at.cue.clip.isEmpty())
-        return refuse(QStringLiteral("nothing is loaded on channel %1").arg(channel_name(channel)));
+        return refuse(QStringLiteral("nothing is loaded on channel %1").arg(deck.name()));
     if (needs == Needs::Precued && at.precued.empty())
-        return refuse(QStringLiteral("nothing waits on channel %1").arg(channel_name(channel)));
+        return refuse(QStringLiteral("nothing waits on channel %1").arg(deck.name()));
     return {};
 }
 
 template <class Act>
 Refusal on_channels(Call& call, Needs needs, Act act)
 {
-    const std::vector<int> channels = named_channels(call);
-    for (const int channel : channels)
-        if (Refusal refusal = unfit(call, channel, needs))
+    const std::vector<Deck> decks = call.decks();
+    for (const Deck deck : decks)
+        if (Refusal refusal = unfit(call, deck, needs))
             return refusal;
-    for (const int channel : channels) {
-        act(channel);
-        tell_changes(call.state, call.audience, channel);
+    for (const Deck deck : decks) {
+        act(deck);
+        tell_changes(deck);
     }
     return {};
 }
@@ -47,92 +47,92 @@ Refusal on_channels(Call& call, Needs needs, Act act)
 template <class Act>
 Refusal set_channels(Call& call, Needs needs, Act act)
 {
-    return on_channels(call, needs, [&](int channel) { act(channel_at(call.state, channel)); });
+    return on_channels(call, needs, [&](Deck deck) { act(deck.channel()); });
 }
 
 // A speed holds until the channel is told something else: the cue keeps its own.
-void run(Call& call, int channel)
+void run(Call& call, Deck deck)
 {
-    roll(call.state, call.audience, channel);
+    roll(deck);
     if (call.has("Speed"))
-        channel_at(call.state, channel).speed = to_speed(call.text("Speed")).value_or(normal_speed);
+        deck.channel().speed = to_speed(call.text("Speed")).value_or(normal_speed);
 }
 
 Refusal cue_clip(Call& call)
 {
-    const int channel = named_channels(call).front();
-    if (Refusal refusal = not_free(call, channel))
+    const Deck deck = call.deck();
+    if (Refusal refusal = not_free(call, deck))
         return refusal;
     Cue cue;
     const bool is_virtual = call.text("ClipScope") == QLatin1String("vclip");
     if (Refusal refusal = make_cue(call.state, call.text("ClipID"), is_virtual, call.arguments, cue))
         return refusal;
-    load(call.state, call.audience, channel, std::move(cue));
-    tell_changes(call.state, call.audience, channel);
+    load(deck, std::move(cue));
+    tell_changes(deck);
     return {};
 }
 
 Refusal play(Call& call)
 {
-    return on_channels(call, Needs::Clip, [&](int channel) { run(call, channel); });
+    return on_channels(call, Needs::Clip, [&](Deck deck) { run(call, deck); });
 }
 
 Refusal stop(Call& call)
 {
-    return on_channels(call, Needs::Clip, [&](int channel) { halt(call.state, call.audience, channel); });
+    return on_channels(call, Needs::Clip, halt);
 }
 
 Refusal jog(Call& call)
 {
-    return on_channels(call, Needs::Clip, [&](int channel) {
-        Channel& at = channel_at(call.state, channel);
-        stand(call.state, call.audience, channel);
+    return on_channels(call, Needs::Clip, [&](Deck deck) {
+        Channel& at = deck.channel();
+        stand(deck);
         go_to(at, static_cast<qint64>(at.motion.field()) + call.distance("JogDistance"));
     });
 }
 
 Refusal gotocmd(Call& call)
 {
-    return on_channels(call, Needs::Clip, [&](int channel) {
-        stand(call.state, call.audience, channel);
-        go_to(channel_at(call.state, channel), call.required_number("GotoPosition"));
+    return on_channels(call, Needs::Clip, [&](Deck deck) {
+        stand(deck);
+        go_to(deck.channel(), call.required_number("GotoPosition"));
     });
 }
 
 Refusal go_at(Call& call)
 {
-    return on_channels(call, Needs::Clip, [&](int channel) {
-        run(call, channel);
-        go_to(channel_at(call.state, channel), call.required_number("GotoPosition"));
+    return on_channels(call, Needs::Clip, [&](Deck deck) {
+        run(call, deck);
+        go_to(deck.channel(), call.required_number("GotoPosition"));
     });
 }
 
 // As near to a clip's end as the delay lets it, and on from there while the clip grows.
 Refusal go_live(Call& call)
 {
-    const int channel = named_channels(call).front();
-    if (Refusal refusal = unfit(call, channel, call.has("ClipID") ? Needs::Nothing : Needs::Clip))
+    const Deck deck = call.deck();
+    if (Refusal refusal = unfit(call, deck, call.has("ClipID") ? Needs::Nothing : Needs::Clip))
         return refusal;
     Cue cue;
     if (!call.has("ClipID"))
-        cue = channel_at(call.state, channel).cue;
+        cue = deck.channel().cue;
     else if (Refusal refusal = make_cue(call.state, call.text("ClipID"), false, call.arguments, cue))
         return refusal;
-    if (channel_at(call.state, channel).status == ChannelStatus::record &&
-        cue.clip == channel_at(call.state, channel).cue.clip)
-        return refuse(QStringLiteral("channel %1 itself records the clip").arg(channel_name(channel)));
+    if (deck.channel().status == ChannelStatus::record &&
+        cue.clip == deck.channel().cue.clip)
+        return refuse(QStringLiteral("channel %1 itself records the clip").arg(deck.name()));
     cue.angle = within_angles(call.state, cue, call.number("Angle").value_or(cue.angle));
     cue.speed = normal_speed;
     cue.position = cue.length - std::min(cue.length, call.number("TimeDelay").value_or(0));
-    load(call.state, call.audience, channel, std::move(cue),
+    load(deck, std::move(cue),
          call.has("TimeDelay") ? ChannelStatus::timedelay : ChannelStatus::play);
-    tell_changes(call.state, call.audience, channel);
+    tell_changes(deck);
     return {};
 }
 
 Refusal unload(Call& call)
 {
-    return on_channels(call, Needs::Nothing, [&](int channel) { clear(call.state, call.audience, channel); });
+    return on_channels(call, Needs::Nothing, clear);
 }
 
 // The speed of what comes on air after something that ran at `before`.
@@ -146,15 +146,15 @@ qint32 following_speed(const QString& how, qint32 own, qint32 before)
 // What waits goes on air; with nothing that waits, what is loaded.
 Refusal take(Call& call)
 {
-    const int channel = named_channels(call).front();
-    Channel& at = channel_at(call.state, channel);
+    const Deck deck = call.deck();
+    Channel& at = deck.channel();
     const bool waits = !at.precued.empty();
-    return on_channels(call, waits ? Needs::Precued : Needs::Clip, [&](int) {
+    return on_channels(call, waits ? Needs::Precued : Needs::Clip, [&](Deck) {
         const qint32 before = at.speed;
         if (waits)
-            roll_precued(call.state, call.audience, channel);
+            roll_precued(deck);
         at.cue.speed = following_speed(call.text("FollowSpeed"), at.cue.speed, before);
-        roll(call.state, call.audience, channel);
+        roll(deck);
         if (call.text("TransitionType") == QLatin1String("dissolve"))
             at.transition = call.number("TransitionDuration").value_or(0);
     });
@@ -162,12 +162,12 @@ Refusal take(Call& call)
 
 Refusal precue(Call& call)
 {
-    const int channel = named_channels(call).front();
-    if (Refusal refusal = not_free(call, channel))
+    const Deck deck = call.deck();
+    if (Refusal refusal = not_free(call, deck))
         return refusal;
-    Channel& at = channel_at(call.state, channel);
+    Channel& at = deck.channel();
     if (at.precued.size() == most_precued)
-        return refuse(QStringLiteral("too much waits on channel %1").arg(channel_name(channel)));
+        return refuse(QStringLiteral("too much waits on channel %1").arg(deck.name()));
     Precued precued;
     if (Refusal refusal = make_cue(call.state, call.text("ClipID"), false, call.arguments, precued.cue))
         return refusal;
@@ -178,14 +178,14 @@ Refusal precue(Call& call)
         precued.when = static_cast<PrecueCondition>(
             Catalogue::get().value("PrecueCondition", call.text("PrecueCondition")));
     at.precued.push_back(std::move(precued));
-    tell_changes(call.state, call.audience, channel);
+    tell_changes(deck);
     return {};
 }
 
 Refusal precue_activate(Call& call)
 {
     return on_channels(call, Needs::Precued,
-                       [&](int channel) { roll_precued(call.state, call.audience, channel); });
+                       roll_precued);
 }
 
 Refusal precue_clear(Call& call)
@@ -218,12 +218,12 @@ Refusal clear_point(Call& call)
 
 Refusal iso_angle(Call& call)
 {
-    const int channel = named_channels(call).front();
+    const Deck deck = call.deck();
     const quint32 angle = call.required_number("Angle");
-    const Cue& cue = channel_at(call.state, channel).cue;
+    const Cue& cue = deck.channel().cue;
     if (!cue.clip.isEmpty() && angle >= angle_count(call.state, cue))
         return refuse(
-            QStringLiteral("the clip on channel %1 has no angle %2").arg(channel_name(channel)).arg(angle));
+            QStringLiteral("the clip on channel %1 has no angle %2").arg(deck.name()).arg(angle));
     return set_channels(call, Needs::Clip, [&](Channel& at) { at.cue.angle = angle; });
 }
 
@@ -238,13 +238,13 @@ Refusal ee(Call& call)
 // Runs over what is in the clip, which must be one that can be changed.
 Refusal insert_edit(Call& call)
 {
-    for (const int channel : named_channels(call))
-        if (const Cue& cue = channel_at(call.state, channel).cue; !cue.clip.isEmpty() && !cue.is_virtual)
+    for (const Deck deck : call.decks())
+        if (const Cue& cue = deck.channel().cue; !cue.clip.isEmpty() && !cue.is_virtual)
             if (Refusal refusal = fixed_clip(call.state, cue.clip))
                 return refusal;
-    return on_channels(call, Needs::Clip, [&](int channel) {
-        Channel& at = channel_at(call.state, channel);
-        roll(call.state, call.audience, channel, ChannelStatus::insert);
+    return on_channels(call, Needs::Clip, [&](Deck deck) {
+        Channel& at = deck.channel();
+        roll(deck, ChannelStatus::insert);
         at.speed = normal_speed;
         at.insert_mask = call.required_number("SonyEditMask");
     });
