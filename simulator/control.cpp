@@ -237,6 +237,9 @@ Answer ltc(const ControlContext& context, ControlLine& line)
     } else if (const auto field = to_fields(word, context.state)) {
         context.state.machine.ltc.is_present = true;
         set_ltc_field(context.state, *field);
+    } else if (is_timecode(word)) {
+        return refused(QStringLiteral("%1 has no timecode %2")
+                           .arg(context.state.configuration.effective("VideoStandard"), word));
     } else {
         return misread();
     }

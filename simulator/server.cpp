@@ -199,8 +199,10 @@ bool Server::listen()
     d->start.begin(d->responder.state().start_script);
     if (d->start.is_done() && !d->open())
         return false;
-    if (status_port != 0 && !d->listen(d->start, status_port))
+    if (status_port != 0 && !d->listen(d->start, status_port)) {
+        d->error += QStringLiteral("; --status-port 0 does without it");
         return false;
+    }
     if (d->start.is_done())
         Q_EMIT started(true);
     else

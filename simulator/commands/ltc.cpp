@@ -41,6 +41,12 @@ QString standard_of(const ServerState& state)
     return state.configuration.effective("VideoStandard");
 }
 
+const QRegularExpression& timecode_form()
+{
+    static const QRegularExpression form(QStringLiteral("^(\\d\\d):(\\d\\d):(\\d\\d)[:;.,](\\d\\d)$"));
+    return form;
+}
+
 } // namespace
 
 quint64 ltc_day(const ServerState& state)
@@ -72,16 +78,22 @@ void start_ltc(ServerState& state)
     set_ltc_field(state, ltc_day(state) * ms / ms_per_day);
 }
 
+bool is_timecode(const QString& text)
+{
+    return timecode_form().match(text).hasMatch();
+}
+
 std::optional<quint64> to_fields(const QString& timecode, const ServerState& state)
 {
-    static const QRegularExpression form(QStringLiteral("^(\\d\\d):(\\d\\d):(\\d\\d)[:;.,](\\d\\d)$"));
-    const QRegularExpressionMatch match = form.match(timecode);
+    const QRegularExpressionMatch match = timecode_form().match(timecode);
     const auto part = [&](int i) { return match.captured(i).toULongLong(); };
+    const quint64 hour = part(1), minute = part(2), second = part(3), field = part(4) * 2;
     const Count count = count_of(standard_of(state));
-    if (!match.hasMatch() || part(1) > 23 || part(2) > 59 || part(3) > 59 || part(4) >= count.second / 2)
+    const bool is_dropped = minute % 10 != 0 && second == 0 && field < count.dropped;
+    if (!match.hasMatch() || hour > 23 || minute > 59 || second > 59 || field >= count.second || is_dropped)
         return std::nullopt;
-    return (part(1) * 6 + part(2) / 10) * count.ten_minutes() + part(2) % 10 * count.minute() +
-           part(3) * count.second + part(4) * 2;
+    return (hour * 6 + minute / 10) * count.ten_minutes() + minute % 10 * count.minute() +
+           second * count.second + field;
 }
 
 std::vector<Element> input_timecode(const ServerState& state)

@@ -30,7 +30,11 @@ void set_ltc_field(ServerState& state, quint64 field);
 // The hour at which it starts: that of the day, or 10:00:00:00 for a server whose time stands still.
 void start_ltc(ServerState& state);
 
-// "hh:mm:ss:ff" as fields since midnight, with any of ":;.," before the frames. Nothing for other text.
+// Whether a text has the form "hh:mm:ss:ff", with any of ":;.," before the frames.
+bool is_timecode(const QString& text);
+
+// A timecode as fields since midnight. Nothing for a number that the video standard leaves out, or does not
+// reach.
 std::optional<quint64> to_fields(const QString& timecode, const ServerState& state);
 
 // The fields of a `Timecode` with what it shows now; of none while it is not present.

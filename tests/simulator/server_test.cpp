@@ -162,6 +162,8 @@ TEST_F(ServerTest, TheProgramServesUntilASignalEndsIt)
 
 TEST_F(ServerTest, TheProgramRefusesWhatItCannotDo)
 {
+    const Station other;
+    const QString taken = other.address().toString();
     const struct
     {
         QStringList arguments;
@@ -173,6 +175,7 @@ TEST_F(ServerTest, TheProgramRefusesWhatItCannotDo)
         {{"extra"}, 2, "what is 'extra'?"},
         {{"--clips", "/no/such/file"}, 2, "cannot read /no/such/file: "},
         {{"--address", "203.0.113.1"}, 1, "cannot listen on 203.0.113.1:8913: "},
+        {{"--address", taken, "--port", "0"}, 1, "; --status-port 0 does without it\n"},
     };
     for (const auto& row : rows) {
         const support::Ran ran = support::run(skuan_sim(), row.arguments);

@@ -192,6 +192,19 @@ TEST_F(StateTest, ARestartGoesThroughItsScriptAndBootsTheConfiguration)
     const std::string recorded = ask(after, "get_clip_info ClipID=growing"); // made with the stamp 2
     for (const char* part : {" ClipLength=3 ", " ContentEditStamp=4 "})
         EXPECT_NE(recorded.find(part), std::string::npos) << part << recorded;
+
+    const std::pair<const char*, const char*> timecodes[] = {
+        {"10:01:00:00", "1080_59_94i has no timecode 10:01:00:00"}, // it drops frames
+        {"10:01:00:02", ""},
+        {"10:10:00:00", ""},
+        {"10:10:00:30", "1080_59_94i has no timecode 10:10:00:30"},
+        {"soon", "usage: ltc on|off|HH:MM:SS:FF"},
+    };
+    for (const auto& [timecode, answer] : timecodes) {
+        error.clear();
+        station->control(QStringLiteral("ltc ") + timecode, &error);
+        EXPECT_EQ(error, answer);
+    }
 }
 
 TEST_F(StateTest, ExportedFilesStayInTheirFolderAndReplaceNothing)
