@@ -97,6 +97,7 @@ CommandRows registration_commands();
 CommandRows transport_commands();
 CommandRows ownership_commands();
 CommandRows clip_commands();
+CommandRows directory_commands();
 CommandRows play_list_commands();
 CommandRows chase_list_commands();
 CommandRows loaded_play_list_commands();

@@ -30,10 +30,10 @@ const Known* known_command(const QString& name)
         QHash<QString, Known> made;
         for (const auto family :
              {registration_commands, transport_commands, ownership_commands, clip_commands,
-              play_list_commands, chase_list_commands, loaded_play_list_commands, loaded_chase_list_commands,
-              list_reordering_commands, list_playout_commands, chasing_commands, vclip_commands,
-              export_commands, metadata_commands, userdict_commands, configuration_commands, machine_commands,
-              logging_commands})
+              directory_commands, play_list_commands, chase_list_commands, loaded_play_list_commands,
+              loaded_chase_list_commands, list_reordering_commands, list_playout_commands, chasing_commands,
+              vclip_commands, export_commands, metadata_commands, userdict_commands, configuration_commands,
+              machine_commands, logging_commands})
             for (const CommandRow& row : family())
                 if (const CommandForm* form = Catalogue::get().command(QLatin1String(row.name)))
                     made.insert(form->name, {form, row.run});

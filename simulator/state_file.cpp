@@ -21,6 +21,16 @@ namespace {
 
 constexpr int max_depth = 32;
 
+const std::vector<StateGroup>& state_groups()
+{
+    static const std::vector<StateGroup> all = [] {
+        std::vector<StateGroup> groups = content_groups();
+        groups.insert(groups.end(), machine_groups().begin(), machine_groups().end());
+        return groups;
+    }();
+    return all;
+}
+
 // The first child, at any depth, that the layout does not have. What a client sends too much is passed over;
 // what somebody has written into a file and misspelt is not.
 QString stranger(const Layout& layout, const Element& element)

@@ -1,4 +1,4 @@
-// Clips and directories.
+// Clips: made, changed, renamed, deleted and asked for.
 #include <simulator/commands/clips_p.h>
 
 #include <simulator/commands/channels_p.h>
@@ -6,18 +6,12 @@
 #include <simulator/commands/cues_p.h>
 #include <simulator/commands/machine_p.h>
 #include <simulator/commands/running_p.h>
+#include <simulator/commands/store_changes_p.h>
 #include <simulator/server_state_p.h>
-
-#include <algorithm>
 
 namespace simulator {
 
-using Outcome = ClipStore::Outcome;
-
 namespace {
-
-// Of a clip or directory with its name, and of what the server itself notes of a clip.
-constexpr qint64 entry_weight = 4096;
 
 // Of what clients note of a clip.
 qint64 weight(const Clip& clip)
@@ -29,78 +23,9 @@ qint64 weight(const Clip& clip)
     return sum;
 }
 
-// Carries out `change`, which may be refused, if there is room for that many bytes.
-template <class Change>
-Refusal with_room(Call& call, qint64 bytes, Change change)
-{
-    if (!call.state.budget.take(bytes))
-        return no_room();
-    const Refusal refusal = change();
-    if (refusal)
-        call.state.budget.give(bytes);
-    return refusal;
-}
-
-void tell(Call& call, const char* report, const char* tag, const QStringList& names)
-{
-    for (const QString& name : names)
-        call.report(report, {{tag, name}});
-}
-
-void tell_created_directories(Call& call, const QStringList& names)
-{
-    tell(call, "directory_created", "DirectoryName", names);
-}
-
-// What a change of the store came to, as an answer.
-Refusal refusal_of(Outcome outcome, const char* kind, const QString& from, const QString& to)
-{
-    const QLatin1String what(kind);
-    switch (outcome) {
-    case Outcome::NotFound:
-        return what == QLatin1String("clip")
-                   ? no_such_clip(from)
-                   : refuse(QStringLiteral("no such %1 %2").arg(what, quoted(from)));
-    case Outcome::Exists:
-        return refuse(QStringLiteral("the %1 %2 exists already").arg(what, quoted(to)));
-    case Outcome::BadName:
-        return refuse(QStringLiteral("%1 cannot be the name of this %2").arg(quoted(to), what));
-    case Outcome::Done:
-        break;
-    }
-    return {};
-}
-
-// Why a clip cannot go or change its name; also for all clips in a directory, `name` with a slash.
-Refusal in_use(const Call& call, const QString& name)
-{
-    const auto is_meant = [&](const Cue& cue) {
-        return !cue.is_virtual &&
-               (name.endsWith(QLatin1Char('/')) ? cue.clip.startsWith(name) : cue.clip == name);
-    };
-    for (const Deck deck : all_decks(call.state, call.audience)) {
-        const Channel& channel = deck.channel();
-        if (is_meant(channel.cue) ||
-            std::any_of(channel.precued.begin(), channel.precued.end(),
-                        [&](const Precued& precued) { return is_meant(precued.cue); }))
-            return refuse(QStringLiteral("%1 is in use on channel %2").arg(quoted(name), deck.name()));
-    }
-    return {};
-}
-
 Refusal fixed(const Call& call, const QString& name)
 {
     return fixed_clip(call.state, name);
-}
-
-// Why a clip in a directory, `inside` with a slash, cannot be changed.
-Refusal fixed_inside(const Call& call, const QString& inside)
-{
-    for (const QString& name : call.state.clips.clips())
-        if (name.startsWith(inside))
-            if (Refusal refusal = fixed(call, name))
-                return refusal;
-    return {};
 }
 
 void tell_disk_space(ServerState& state, Audience& audience)
@@ -283,82 +208,6 @@ Refusal get_volatile_file_info(Call& call)
     return {};
 }
 
-// Why the directory that is named cannot be listed; none named, or the empty name, is fine.
-Refusal unlistable(const Call& call)
-{
-    return call.state.clips.has_directory(call.text("DirectoryName"))
-               ? Refusal()
-               : refusal_of(Outcome::NotFound, "directory", call.text("DirectoryName"), {});
-}
-
-Refusal download_clipids(Call& call)
-{
-    if (Refusal refusal = unlistable(call))
-        return refusal;
-    const ClipStore& clips = call.state.clips;
-    for (const QString& clip :
-         call.has("DirectoryName") ? clips.clips_in(call.text("DirectoryName")) : clips.clips())
-        call.reply("clipid", {{"ClipID", clip}});
-    return {};
-}
-
-Refusal download_directory_names(Call& call)
-{
-    if (Refusal refusal = unlistable(call))
-        return refusal;
-    const ClipStore& clips = call.state.clips;
-    for (const QString& name :
-         call.has("DirectoryName") ? clips.directories_in(call.text("DirectoryName")) : clips.directories())
-        call.reply("directory_name", {{"DirectoryName", name}});
-    return {};
-}
-
-Refusal create_directory(Call& call)
-{
-    const QString name = call.text("DirectoryName");
-    const QStringList made = call.state.clips.missing_directories(name);
-    if (Refusal refusal = with_room(call, entry_weight * made.size(), [&] {
-            return refusal_of(call.state.clips.create_directory(name), "directory", name, name);
-        }))
-        return refusal;
-    tell_created_directories(call, made);
-    return {};
-}
-
-// Everything in the directory gets another name, and is told of.
-Refusal rename_dir(Call& call)
-{
-    const QString from = call.text("FromDir"), to = call.text("ToDir"), inside = from + QLatin1Char('/');
-    for (const auto why_not : {fixed_inside, in_use})
-        if (Refusal refusal = why_not(call, inside))
-            return refusal;
-    const ClipStore& store = call.state.clips;
-    const auto those_inside = [&](const QStringList& names) {
-        QStringList found;
-        for (const QString& name : names)
-            if (name.startsWith(inside))
-                found.append(name);
-        return found;
-    };
-    const auto moved = [&](QStringList names) {
-        for (QString& name : names)
-            name.replace(0, from.size(), to);
-        return names;
-    };
-    const QStringList clips = those_inside(store.clips());
-    const QStringList directories = QStringList(from) + those_inside(store.directories());
-    const QStringList made = store.missing_directories(ClipStore::directory_of(to));
-    if (Refusal refusal = with_room(call, entry_weight * made.size(), [&] {
-            return refusal_of(call.state.clips.rename_directory(from, to), "directory", from, to);
-        }))
-        return refusal;
-    tell(call, "directory_deleted", "DirectoryName", directories);
-    tell_created_directories(call, made + moved(directories));
-    tell(call, "clip_deleted", "ClipID", clips);
-    tell(call, "clip_created", "ClipID", moved(clips));
-    return {};
-}
-
 } // namespace
 
 Refusal fixed_clip(const ServerState& state, const QString& name)
@@ -400,18 +249,10 @@ void stamp_clip(ServerState& state, const QString& clip, const char* tag)
 CommandRows clip_commands()
 {
     return {
-        {"create_clip", create_clip},
-        {"create_child_clip", create_child_clip},
-        {"delete_clip", delete_clip},
-        {"rename_clip", rename_clip},
-        {"clip_exists", clip_exists},
-        {"modify_clip_attributes", modify_clip_attributes},
-        {"get_clip_info", get_clip_info},
-        {"get_volatile_file_info", get_volatile_file_info},
-        {"download_clipids", download_clipids},
-        {"create_directory", create_directory},
-        {"rename_dir", rename_dir},
-        {"download_directory_names", download_directory_names},
+        {"create_clip", create_clip},     {"create_child_clip", create_child_clip},
+        {"delete_clip", delete_clip},     {"rename_clip", rename_clip},
+        {"clip_exists", clip_exists},     {"modify_clip_attributes", modify_clip_attributes},
+        {"get_clip_info", get_clip_info}, {"get_volatile_file_info", get_volatile_file_info},
     };
 }
 

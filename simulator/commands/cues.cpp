@@ -49,7 +49,7 @@ Refusal make_cue(ServerState& state, const QString& clip, bool is_virtual, const
     if (is_virtual) {
         const VirtualClip* found = state.vclips.find(clip);
         if (!found)
-            return {QStringLiteral("no such virtual clip %1").arg(quoted(clip)), "clipnotfound"};
+            return no_such_vclip(clip);
         cue.length = found->length;
     } else {
         const Clip* found = state.clips.clip(clip);

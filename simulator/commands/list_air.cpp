@@ -119,8 +119,7 @@ Refusal cue_element(ServerState& state, const Element& element, Cue& cue)
 Refusal find_next(Deck deck, Upcoming& next)
 {
     const LoadedList& list = *deck.channel().play_list;
-    Refusal refusal =
-        refuse(QStringLiteral("the play list on channel %1 is at its end").arg(deck.name()));
+    Refusal refusal = refuse(QStringLiteral("the play list on channel %1 is at its end").arg(deck.name()));
     auto index = up_next(list);
     for (std::size_t left = list.elements.size(); index && left > 0; --left) {
         next.cue = {};
@@ -137,8 +136,7 @@ void put_on_air(Deck deck, Upcoming element, bool rolls)
 {
     Channel& at = deck.channel();
     LoadedList& list = *at.play_list;
-    load(deck, std::move(element.cue),
-         rolls ? ChannelStatus::play : ChannelStatus::cueing);
+    load(deck, std::move(element.cue), rolls ? ChannelStatus::play : ChannelStatus::cueing);
     start_transition(at, list.elements[element.index]);
     list.air.now = element.index;
     list.air.lock.reset();

@@ -41,8 +41,9 @@ Refusal reorder_finish(Call& call)
         return not_reordering(kind);
     const Reordering reordering = std::move(*(call.session.*kind.reordering));
     (call.session.*kind.reordering).reset();
+    const Deck reordered{call.state, call.audience, reordering.channel};
 
-    return on_loaded(kind, call, {call.state, call.audience, reordering.channel}, [&](Deck deck, LoadedList& list) -> Refusal {
+    return on_loaded(kind, call, reordered, [&](Deck deck, LoadedList& list) -> Refusal {
         const quint32 before = call.required_number(kind.index);
         std::vector<bool> picked(list.elements.size());
         for (const quint32 index : reordering.picked) {

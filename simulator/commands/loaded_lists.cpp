@@ -39,10 +39,9 @@ void tell_list(const ListKind& kind, Deck deck, Tell tell)
 
 void tell_one(const ListKind& kind, Call& call, Deck deck)
 {
-    tell_list(kind, deck,
-              [&](const char* report, const std::initializer_list<Element>& fields) {
-                  call.audience.report_to(call.session, report, fields);
-              });
+    tell_list(kind, deck, [&](const char* report, const std::initializer_list<Element>& fields) {
+        call.audience.report_to(call.session, report, fields);
+    });
 }
 
 template <const ListKind& kind>
@@ -207,10 +206,9 @@ void tell_all(const ListKind& kind, Deck deck)
     foresee(deck);
     if (auto& loaded = deck.channel().*kind.on_channel)
         loaded->told = loaded->air;
-    tell_list(kind, deck,
-              [&](const char* report, const std::initializer_list<Element>& fields) {
-                  deck.audience.report(report, fields);
-              });
+    tell_list(kind, deck, [&](const char* report, const std::initializer_list<Element>& fields) {
+        deck.audience.report(report, fields);
+    });
 }
 
 void tell_play_list(Call& call, Deck deck)

@@ -18,8 +18,8 @@ Refusal on_loaded(const ListKind& kind, Call& call, Deck deck, Act act)
         return refusal;
     auto& loaded = deck.channel().*kind.on_channel;
     if (!loaded)
-        return refuse(QStringLiteral("no %1 is loaded on channel %2")
-                          .arg(QLatin1String(kind.noun), deck.name()));
+        return refuse(
+            QStringLiteral("no %1 is loaded on channel %2").arg(QLatin1String(kind.noun), deck.name()));
     return act(deck, *loaded);
 }
 

@@ -56,7 +56,8 @@ void play_field(Deck deck)
 {
     Channel& at = deck.channel();
     const Passed passed = advance(at.motion, path_of(at.cue), at.speed);
-    if (passed == Passed::End && at.motion.at != 0 && !at.cue.out_point && is_recorded(deck.state, at.cue.clip))
+    if (passed == Passed::End && at.motion.at != 0 && !at.cue.out_point &&
+        is_recorded(deck.state, at.cue.clip))
         return;
     if (passed == Passed::End)
         reach_end(deck);

@@ -8,8 +8,7 @@ namespace simulator {
 // Each of these tells nothing by itself: tell_changes() does, when all is done.
 
 // Puts a cue on a channel: to be made ready and stand, or to play at once in that status.
-void load(Deck deck, Cue cue,
-          ChannelStatus status = ChannelStatus::cueing);
+void load(Deck deck, Cue cue, ChannelStatus status = ChannelStatus::cueing);
 
 // Runs what is on the channel, at the speed of its cue.
 void roll(Deck deck, ChannelStatus status = ChannelStatus::play);

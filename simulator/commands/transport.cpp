@@ -118,14 +118,12 @@ Refusal go_live(Call& call)
         cue = deck.channel().cue;
     else if (Refusal refusal = make_cue(call.state, call.text("ClipID"), false, call.arguments, cue))
         return refusal;
-    if (deck.channel().status == ChannelStatus::record &&
-        cue.clip == deck.channel().cue.clip)
+    if (deck.channel().status == ChannelStatus::record && cue.clip == deck.channel().cue.clip)
         return refuse(QStringLiteral("channel %1 itself records the clip").arg(deck.name()));
     cue.angle = within_angles(call.state, cue, call.number("Angle").value_or(cue.angle));
     cue.speed = normal_speed;
     cue.position = cue.length - std::min(cue.length, call.number("TimeDelay").value_or(0));
-    load(deck, std::move(cue),
-         call.has("TimeDelay") ? ChannelStatus::timedelay : ChannelStatus::play);
+    load(deck, std::move(cue), call.has("TimeDelay") ? ChannelStatus::timedelay : ChannelStatus::play);
     tell_changes(deck);
     return {};
 }
@@ -184,8 +182,7 @@ Refusal precue(Call& call)
 
 Refusal precue_activate(Call& call)
 {
-    return on_channels(call, Needs::Precued,
-                       roll_precued);
+    return on_channels(call, Needs::Precued, roll_precued);
 }
 
 Refusal precue_clear(Call& call)
@@ -222,8 +219,7 @@ Refusal iso_angle(Call& call)
     const quint32 angle = call.required_number("Angle");
     const Cue& cue = deck.channel().cue;
     if (!cue.clip.isEmpty() && angle >= angle_count(call.state, cue))
-        return refuse(
-            QStringLiteral("the clip on channel %1 has no angle %2").arg(deck.name()).arg(angle));
+        return refuse(QStringLiteral("the clip on channel %1 has no angle %2").arg(deck.name()).arg(angle));
     return set_channels(call, Needs::Clip, [&](Channel& at) { at.cue.angle = angle; });
 }
 

@@ -13,17 +13,9 @@ namespace {
 
 constexpr std::size_t most_segments = 2000;
 
-Refusal no_such_vclip(const QString& name)
-{
-    return {QStringLiteral("no such virtual clip %1").arg(quoted(name)), "clipnotfound"};
-}
-
 unsigned named_tracks(const Call& call)
 {
-    unsigned tracks = 0;
-    for (const Element& member : child(call.arguments, "TrackSet").children)
-        tracks |= 1u << Catalogue::get().value("TrackType", member.text);
-    return tracks;
+    return track_bits(child(call.arguments, "TrackSet"));
 }
 
 Refusal create(Call& call)
@@ -199,6 +191,29 @@ Refusal track_enable(Call& call)
 }
 
 } // namespace
+
+unsigned track_bits(const Element& set)
+{
+    unsigned bits = 0;
+    for (const Element& member : set.children)
+        bits |= 1u << Catalogue::get().value("TrackType", member.text);
+    return bits;
+}
+
+Element track_set(const char* tag, unsigned bits)
+{
+    std::vector<Element> set;
+    const QStringList& names = *Catalogue::get().tag(QStringLiteral("TrackType"))->names;
+    for (int i = 0; i < names.size(); ++i)
+        if (bits >> i & 1)
+            set.push_back({"TrackType", names[i]});
+    return {QLatin1String(tag), std::move(set)};
+}
+
+Refusal no_such_vclip(const QString& name)
+{
+    return {QStringLiteral("no such virtual clip %1").arg(quoted(name)), "clipnotfound"};
+}
 
 CommandRows vclip_commands()
 {

@@ -2,10 +2,13 @@
 #pragma once
 
 #include <simulator/budget_p.h>
+#include <simulator/element.h>
 
 #include <vector>
 
 namespace simulator {
+
+struct Refusal;
 
 // A piece of a clip on some tracks of a virtual clip. Positions and lengths in fields.
 struct Segment
@@ -35,5 +38,11 @@ inline qint64 weight(const VirtualClip& clip)
 {
     return 64 + weight(clip.tracks_like) + weight(clip.segments);
 }
+
+// A `TrackSet`, or another container of tracks, as a bit for each TrackType, and back.
+unsigned track_bits(const Element& set);
+Element track_set(const char* tag, unsigned bits);
+
+Refusal no_such_vclip(const QString& name);
 
 } // namespace simulator

@@ -1,23 +1,15 @@
-// The kinds of entries of a state file, in the protocol's own words wherever it has one.
+// What clients have put on a server, as entries of a state file: in the protocol's own words wherever it has
+// one.
 #include <simulator/state_forms_p.h>
 
 #include <simulator/server_state_p.h>
 
 #include <algorithm>
-#include <deque>
 
 namespace simulator {
 
 namespace {
 
-using Put = std::function<void(std::vector<Element>)>;
-
-// Tags and records that the protocol does not have; here until the program ends, as layouts point at them.
-Tag& own_tag(const char* name, Kind kind)
-{
-    static std::deque<Tag> tags;
-    return tags.emplace_back(Tag{QLatin1String(name), kind});
-}
 const Tag& own_container(const char* name, const Tag* member)
 {
     Tag& tag = own_tag(name, Kind::Container);
@@ -32,14 +24,6 @@ const Tag& own_record(const char* name, const Layout& fields)
     return tag;
 }
 
-const Tag* tag(const char* name)
-{
-    return Catalogue::get().tag(QLatin1String(name));
-}
-Field required(const char* name)
-{
-    return {tag(name), false};
-}
 Field optional(const char* name)
 {
     return {tag(name), true};
@@ -49,28 +33,9 @@ Field optional(const Tag& tag)
     return {&tag, true};
 }
 
-Layout command(const char* name)
-{
-    return *Catalogue::get().command(QLatin1String(name));
-}
-Layout record(const char* name)
-{
-    return *tag(name)->record;
-}
-
 Refusal taken(bool has_room)
 {
     return has_room ? Refusal() : no_room();
-}
-
-Refusal twice(const QString& name)
-{
-    return refuse(QStringLiteral("%1 is there twice").arg(quoted(name)));
-}
-
-Refusal no_name(const char* what)
-{
-    return refuse(QStringLiteral("%1 needs a name").arg(QLatin1String(what)));
 }
 
 // Clips.
@@ -167,24 +132,6 @@ Layout list_layout(const char* name, const char* id, const char* elements, const
 }
 
 // Virtual clips.
-
-unsigned track_bits(const Element& set)
-{
-    unsigned bits = 0;
-    for (const Element& member : set.children)
-        bits |= 1u << Catalogue::get().value("TrackType", member.text);
-    return bits;
-}
-
-Element track_set(const char* name, unsigned bits)
-{
-    std::vector<Element> set;
-    const QStringList& names = *tag("TrackType")->names;
-    for (int i = 0; i < names.size(); ++i)
-        if (bits >> i & 1)
-            set.push_back({"TrackType", names[i]});
-    return {QLatin1String(name), std::move(set)};
-}
 
 Layout vclip_layout()
 {
@@ -283,179 +230,27 @@ void give_texts(const ServerState& state, const Put& put)
         put({{"Key", key}, {"Value", value}});
 }
 
-// Configuration.
-
-Refusal take_item(ServerState& state, const Element& entry)
-{
-    const QString name = text(entry, "ConfigurationItemName"), value = text(entry, "ConfigurationItemValue");
-    ConfigurationItem* item = state.configuration.find(name);
-    if (!item)
-        return refuse(QStringLiteral("no such configuration item %1").arg(quoted(name)));
-    if (!item->allows(value))
-        return refuse(QStringLiteral("%1 cannot be set to %2").arg(name, quoted(value)));
-    item->save(value);
-    item->effective = value;
-    return {};
-}
-
-// What nobody has changed is not the state's.
-void give_items(const ServerState& state, const Put& put)
-{
-    const Configuration fresh(state.settings);
-    const auto& items = state.configuration.items();
-    for (std::size_t i = 0; i < items.size(); ++i)
-        if (items[i].saved != fresh.items()[i].saved)
-            put({{"ConfigurationItemName", items[i].name}, {"ConfigurationItemValue", items[i].saved}});
-}
-
-// The machine.
-
-Refusal take_temperature(ServerState& state, const Element& entry)
-{
-    state.machine.temperature = *number(entry, "Temperature10");
-    return {};
-}
-
-void give_temperature(const ServerState& state, const Put& put)
-{
-    put({{"Temperature10", decimal(state.machine.temperature)}});
-}
-
-Refusal take_disk(ServerState& state, const Element& entry)
-{
-    state.machine.disk_size = text(entry, "TotalDiskSpace").toULongLong();
-    return {};
-}
-
-void give_disk(const ServerState& state, const Put& put)
-{
-    put({{"TotalDiskSpace", decimal(state.machine.disk_size)}});
-}
-
-// The last stamp, which may have been that of a clip that is gone: none is given twice.
-Refusal take_stamp(ServerState& state, const Element& entry)
-{
-    state.last_stamp = std::max(state.last_stamp, text(entry, "ContentEditStamp").toULongLong());
-    return {};
-}
-
-void give_stamp(const ServerState& state, const Put& put)
-{
-    put({{"ContentEditStamp", decimal(state.last_stamp)}});
-}
-
-// The fields of a record come in the order in which the server keeps them.
-Refusal take_alert(ServerState& state, const Element& entry)
-{
-    const QString name = text(entry, "AlertName");
-    if (name.isEmpty())
-        return no_name("an alert");
-    return state.machine.alerts.emplace(name, entry.children).second ? Refusal() : twice(name);
-}
-
-void give_alerts(const ServerState& state, const Put& put)
-{
-    for (const auto& [name, alert] : state.machine.alerts)
-        put(alert);
-}
-
-Melts& melts_of(ServerState& state, const Element& entry)
-{
-    const QString client = text(entry, "MeltClientID");
-    Melts& melts = state.machine.melts[client.toUInt()];
-    if (melts.flags.tag.isEmpty())
-        melts.flags = {"MeltFlags", {{"MeltClientID", client}}};
-    return melts;
-}
-
-Refusal take_melt_flags(ServerState& state, const Element& entry)
-{
-    melts_of(state, entry).flags = entry;
-    return {};
-}
-
-void give_melt_flags(const ServerState& state, const Put& put)
-{
-    for (const auto& [client, melts] : state.machine.melts)
-        put(melts.flags.children);
-}
-
-Refusal take_melt_item(ServerState& state, const Element& entry)
-{
-    melts_of(state, entry).items.push_back(entry);
-    return {};
-}
-
-void give_melt_items(const ServerState& state, const Put& put)
-{
-    for (const auto& [client, melts] : state.machine.melts)
-        for (const Element& item : melts.items)
-            put(item.children);
-}
-
-Refusal take_step(ServerState& state, const Element& entry)
-{
-    state.start_script.push_back(
-        {text(entry, "step"), text(entry, "step_desc"), text(entry, "fields").toULongLong()});
-    return {};
-}
-
-void give_steps(const ServerState& state, const Put& put)
-{
-    for (const StartStep& step : state.start_script)
-        put({{"step", step.name}, {"step_desc", step.description}, {"fields", decimal(step.fields)}});
-}
-
-void clear_nothing(ServerState&) {}
-
 } // namespace
 
-const std::vector<StateGroup>& state_groups()
+const std::vector<StateGroup>& content_groups()
 {
     static const std::vector<StateGroup> groups = {
         {"clips",
-         [](ServerState& state) { state.clips = {}; },
          {{"directory",
            {QStringLiteral("directory"), {required("DirectoryName")}},
            take_directory,
            give_directories},
-          {"clip", clip_layout(), take_clip, give_clips}}},
+          {"clip", clip_layout(), take_clip, give_clips}},
+         [](ServerState& state) { state.clips = {}; }},
         {"play_lists",
-         clear_nothing,
          {{"play_list", list_layout("play_list", "ListID", "ListElements", "ListElement"),
            take_list<&ServerState::play_lists>, give_lists<&ServerState::play_lists>}}},
         {"chase_lists",
-         clear_nothing,
          {{"chase_list", list_layout("chase_list", "ChaseID", "ChaseElements", "ChaseElement"),
            take_list<&ServerState::chase_lists>, give_lists<&ServerState::chase_lists>}}},
-        {"vclips", clear_nothing, {{"vclip", vclip_layout(), take_vclip, give_vclips}}},
-        {"metadata", clear_nothing, {{"database", command("metadata_set"), take_metadata, give_metadata}}},
-        {"userdict", clear_nothing, {{"entry", command("userdict_set"), take_text, give_texts}}},
-        {"configuration", clear_nothing, {{"item", command("set_configuration"), take_item, give_items}}},
-        {"machine",
-         clear_nothing,
-         {{"stamp", {QStringLiteral("stamp"), {required("ContentEditStamp")}}, take_stamp, give_stamp},
-          {"temperature",
-           {QStringLiteral("temperature"), {required("Temperature10")}},
-           take_temperature,
-           give_temperature},
-          {"disk", {QStringLiteral("disk"), {required("TotalDiskSpace")}}, take_disk, give_disk}}},
-        {"alerts",
-         [](ServerState& state) { state.machine.alerts.clear(); },
-         {{"Alert", record("Alert"), take_alert, give_alerts}}},
-        {"melts",
-         [](ServerState& state) { state.machine.melts.clear(); },
-         {{"MeltFlags", record("MeltFlags"), take_melt_flags, give_melt_flags},
-          {"MeltItem", record("MeltItem"), take_melt_item, give_melt_items}}},
-        {"start",
-         [](ServerState& state) { state.start_script.clear(); },
-         {{"step",
-           {QStringLiteral("step"),
-            {{&own_tag("step", Kind::String), false},
-             {&own_tag("step_desc", Kind::String), false},
-             {&own_tag("fields", Kind::U64), false}}},
-           take_step,
-           give_steps}}},
+        {"vclips", {{"vclip", vclip_layout(), take_vclip, give_vclips}}},
+        {"metadata", {{"database", command("metadata_set"), take_metadata, give_metadata}}},
+        {"userdict", {{"entry", command("userdict_set"), take_text, give_texts}}},
     };
     return groups;
 }
