@@ -10,6 +10,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <poll.h>
 #include <string>
@@ -273,12 +274,12 @@ BENCHMARK(idle)->Name("Idle20Clients/ours")->UseManualTime()->Iterations(1)->Uni
 
 void twelve_channels(benchmark::State& state)
 {
-    const std::string seed = "/tmp/skuan_bench_" + std::to_string(getpid());
+    const auto seed = std::filesystem::temp_directory_path() / ("skuan_bench_" + std::to_string(getpid()));
     std::ofstream(seed)
         << "<state><configuration><item><ConfigurationItemName>VideoStandard</ConfigurationItemName>"
            "<ConfigurationItemValue>1080_60i</ConfigurationItemValue></item></configuration></state>";
-    const Simulator simulator({"--from", seed});
-    std::remove(seed.c_str());
+    const Simulator simulator({"--from", seed.string()});
+    std::filesystem::remove(seed);
     Audience audience;
     for (char channel = 'A'; channel <= 'L'; ++channel) {
         const std::string tag = std::string("<Channel>") + channel + "</Channel>";
