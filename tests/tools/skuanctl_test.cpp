@@ -556,7 +556,7 @@ TEST_F(Skuanctl, CompletesInBash)
         {"clip re", "rename "},
         {"--json --host h inf", "info "},
         {"--timeout ", ""},
-        {"clip list --", "--host --timeout --json --help "},
+        {"clip list --", "--host --timeout --json --help --version "},
         {"clip create x --t", "--tracks --timeout "},
         {"clip create x --tracks video,t", "video,timecode "},
         {"gang play A,", "A,B A,C A,D A,E A,F A,G A,H A,I A,J A,K A,L "},

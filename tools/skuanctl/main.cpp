@@ -12,6 +12,12 @@ static ExitCode refuse(const Options& options, const QString& why)
     return exit_usage;
 }
 
+static ExitCode print(const QString& text)
+{
+    std::fputs(text.toUtf8().constData(), stdout);
+    return std::fflush(stdout) == 0 ? exit_ok : exit_cannot_write;
+}
+
 int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
@@ -26,11 +32,10 @@ int main(int argc, char** argv)
     if (options.help) {
         QString error;
         const QString text = help_text(options, &error);
-        if (!error.isEmpty())
-            return refuse(options, error);
-        std::fputs(text.toUtf8().constData(), stdout);
-        return std::fflush(stdout) == 0 ? exit_ok : exit_cannot_write;
+        return error.isEmpty() ? print(text) : refuse(options, error);
     }
+    if (options.version)
+        return print(QStringLiteral("skuanctl " SKUAN_VERSION "\n"));
 
     Program program(options);
     QTimer::singleShot(0, &program, &Program::start);

@@ -67,6 +67,11 @@ const std::vector<OptionRow>& option_rows()
          false,
          "this text; with a verb, all there is to say about it",
          [](const QString&, Options& options) { return options.help = true; }},
+        {{"version"},
+         nullptr,
+         false,
+         "tell which version of skuanctl this is",
+         [](const QString&, Options& options) { return options.version = true; }},
     };
     return table;
 }

@@ -24,6 +24,7 @@ struct Options
     std::optional<int> count;                        ///< stay for so many reports
     std::optional<std::chrono::milliseconds> listen; ///< stay for so long
     bool help = false;
+    bool version = false; ///< of the program itself
 
     QString words;                 ///< with which the command line names its verb or family; may be empty
     const VerbRow* verb = nullptr; ///< null only if there is an error, or help on no verb is wanted

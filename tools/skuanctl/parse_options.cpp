@@ -43,7 +43,7 @@ public:
             if (!good)
                 return false;
         }
-        return options.help || finish();
+        return options.help || options.version || finish();
     }
 
 private:
