@@ -30,7 +30,7 @@ struct SKUAN_SIMULATOR_EXPORT Clip
     quint32 stored_length() const;
 };
 
-/// Clips in directories. A clip id is "directory/name", or a bare name at the top; the part before the
+/// Clips in directories. A clip id is "directory/name", or a bare name at the top; what is before the
 /// last '/' is its directory. Ids have at most 1000 characters, are unique, compared byte for byte, and
 /// come out in text order.
 /// A plain value: copying it copies the lists; no locks.
@@ -52,7 +52,7 @@ public:
     /// empty store and puts the reason, with the line's number, in `*error`; otherwise clears `*error`.
     static ClipStore from_text(const QByteArray& text, QString* error);
 
-    /// The part of a clip id before its last '/'; empty at the top.
+    /// What a clip id has before its last '/'; empty at the top.
     static QString directory_of(const QString& clip);
 
     /// The UUID of a clip that was made under that id.

@@ -1,4 +1,4 @@
-// The part of API that does not depend on what commands there are.
+// What API does whatever commands there are.
 #include <skuan/protocol/kvrp3_api.h>
 
 #include <skuan/protocol/pending_table_p.h>
