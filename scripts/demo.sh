@@ -26,11 +26,19 @@ ask() {
     "$bin/skuanctl" --host "$host" --timeout 10 "$@"
 }
 ask info
-ask channel list
-ask clip list
-ask clip info bars_and_tone
+ask clip list news
 ask cue A news/weather_tonight --loop loop
-ask --json --count 1 reports A:status # a registration begins with how things stand
+ask play A
+ask record B demo/interview --length 50 --wait
+ask list save evening <<'END'
+{"ContentID": {"ClipID": "demo/interview"}}
+{"ContentID": {"ClipID": "sports/derby_2nd_half"}, "GotoPosition": 500}
+END
+ask list load B evening
+ask list take B
+ask --count 3 reports A:speed B:listplay
+ask channel list A,B,C
+ask --json --count 2 reports A:timecode
 ask raw '<cmd><xid>1</xid><get_computer_name/></cmd>'
 
 echo
