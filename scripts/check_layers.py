@@ -15,6 +15,7 @@ BELOW = {
     "foundation": ["platform"],
     "markup": ["platform", "foundation"],
     "protocol": ["platform", "foundation", "markup"],
+    "config": ["platform", "foundation", "markup", "protocol"],
 }
 
 PRODUCT = ("skuan", "simulator", "tools", "examples")
