@@ -1,0 +1,16 @@
+// A board's channels as a drawing in text.
+#pragma once
+
+#include <skuan/config/channel_config_spec.h>
+
+#include <QStringList>
+
+/// The lines of it: each user channel with its outputs, and what each output shows. One line that says so
+/// for a board without any.
+///
+///     user channel  0 ─┬─ output  0  angle 0 video
+///                      ├─ output  2  angle 0 key
+///                      ├─ output  1  angle 1 video
+///                      └─ output  3  angle 1 key
+///     user channel  5 ─── output  5  4K video
+QStringList layout_drawing(const ChannelCF::ChannelConfigSpec& spec);
