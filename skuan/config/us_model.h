@@ -1,0 +1,51 @@
+// The user dictionary of the server: texts under keys, where clients meet.
+#pragma once
+
+#include <skuan/export.h>
+#include <skuan/foundation/astring.h>
+
+#include <QHash>
+#include <QObject>
+#include <QString>
+
+class Spark;
+class USItemModel;
+
+/// Mirrors the keys that somebody has asked for. It has a session for all its life, once it has one; through
+/// any number of lost connections what this client has written is written again, and what it reads is watched
+/// again.
+///
+/// Threads: the model and its functions belong to the session's thread, but for `localhost()`; items are for
+/// any thread.
+class SKUAN_EXPORT USModel : public QObject
+{
+    Q_OBJECT
+
+public:
+    ~USModel() override;
+
+    /// The model of that session: the process-wide one if the server is on this machine, else a new one, which
+    /// the session then owns.
+    static USModel* create(bool localhost, Spark* spark);
+
+    /// The model of the server on this machine, made on first use. Any thread; never null.
+    static USModel* localhost();
+
+    /// Never null; the same one for the same key. Owned by the model.
+    USItemModel* get_item(const QString& key);
+    static USItemModel* get_item_localhost(const QString& key) { return localhost()->get_item(key); }
+
+private Q_SLOTS:
+    void connected();
+    void userdict_change(const AString& key, const AString& value);
+
+private:
+    friend class USItemModel;
+    USModel() = default;
+
+    void config(Spark* spark);
+    bool is_connected() const;
+
+    Spark* spark_ = nullptr;
+    QHash<QString, USItemModel*> items_; // children
+};
