@@ -123,6 +123,16 @@ bool APIQt::is_connected() const
     return socket_->state() == QAbstractSocket::ConnectedState;
 }
 
+QAbstractSocket::SocketState APIQt::socket_state() const
+{
+    return socket_->state();
+}
+
+QString APIQt::error_text() const
+{
+    return socket_->error() == QAbstractSocket::UnknownSocketError ? QString() : socket_->errorString();
+}
+
 bool APIQt::is_localhost() const
 {
     const QHostAddress peer = socket_->peerAddress();
