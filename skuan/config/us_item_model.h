@@ -9,9 +9,9 @@
 
 class USModel;
 
-/// A reader until its first `set`, and a writer from then on: it ignores what others write to the key, its own
-/// echo included, unless `set_read_write(true)` has it listen as well. What it has written is written again
-/// on each new connection; as a reader it watches the key again.
+/// A reader until its first `set`, and a writer from then on: it ignores what others write to the key, its
+/// own echo included, unless `set_read_write(true)` has it listen as well. What it has written is written
+/// again on each new connection; as a reader it watches the key again.
 ///
 /// Made by `USModel::get_item`, and lives as long as the model. All functions may be called on any thread;
 /// `changed` comes on the thread of whoever writes, or on the model's.
@@ -40,11 +40,11 @@ private:
     friend class USModel;
     USItemModel(const QString& key, USModel* model);
 
-    void connected();                         // the session has a new connection
+    void connected(); // the session has a new connection
     void changed_on_server(const QString& value);
 
     const QString key_;
-    USModel* const model_; // the parent
+    USModel* const model_;       // the parent
     mutable PortableMutex lock_; // for what follows
     QString value_;
     bool has_own_ = false;

@@ -39,7 +39,7 @@ USModel* USModel::localhost()
 
 void USModel::config(Spark* spark)
 {
-    if (!SKUAN_CHECK(spark_ == nullptr))
+    if (!SKUAN_CHECK(spark_ == nullptr) || !spark)
         return;
     spark_ = spark;
     setParent(spark);
@@ -55,7 +55,7 @@ USItemModel* USModel::get_item(const QString& key)
     if (!item) {
         item = new USItemModel(key, this);
         if (is_connected())
-            spark_->cmd_userdict_watch(AString(key));
+            spark()->cmd_userdict_watch(AString(key));
     }
     return item;
 }
@@ -74,5 +74,5 @@ void USModel::userdict_change(const AString& key, const AString& value)
 
 bool USModel::is_connected() const
 {
-    return spark_ && spark_->is_connected();
+    return spark() && spark()->is_connected();
 }

@@ -8,6 +8,8 @@
 #include <QObject>
 #include <QString>
 
+#include <atomic>
+
 class Spark;
 class USItemModel;
 
@@ -24,8 +26,9 @@ class SKUAN_EXPORT USModel : public QObject
 public:
     ~USModel() override;
 
-    /// The model of that session: the process-wide one if the server is on this machine, else a new one, which
-    /// the session then owns.
+    /// A model bound to that session, which then owns it: a new one, or the process-wide one if the server is
+    /// on this machine. To bind that a second time is reported, and leaves it as it is. With a null session
+    /// it stays unbound.
     static USModel* create(bool localhost, Spark* spark);
 
     /// The model of the server on this machine, made on first use. Any thread; never null.
@@ -44,8 +47,9 @@ private:
     USModel() = default;
 
     void config(Spark* spark);
+    Spark* spark() const { return spark_; }
     bool is_connected() const;
 
-    Spark* spark_ = nullptr;
+    std::atomic<Spark*> spark_{nullptr}; ///< the parent; items ask for it on any thread
     QHash<QString, USItemModel*> items_; // children
 };

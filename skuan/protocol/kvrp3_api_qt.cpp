@@ -24,6 +24,9 @@ constexpr unsigned highest_backlog = 4 * longest_message;
 
 void APIQtImpl::send(const void* data, unsigned length)
 {
+    if (last_message_ != message_in_hand() && owner_->is_connected())
+        messages_sent_.fetch_add(1, std::memory_order_relaxed);
+    last_message_ = message_in_hand();
     owner_->send(data, length);
 }
 
@@ -53,11 +56,28 @@ void APIQt::renew_socket()
         socket_->deleteLater();
     socket_ = new QTcpSocket(this);
     socket_->setReadBufferSize(socket_buffer);
+    listen_to_socket();
+}
+
+void APIQt::listen_to_socket()
+{
+    const auto note = [this] { connected_ = socket_->state() == QAbstractSocket::ConnectedState; };
+    note();
+    connect(socket_, &QAbstractSocket::stateChanged, this, note);
+    if (cut_off_)
+        return;
     connect(socket_, &QAbstractSocket::stateChanged, this, &APIQt::slot_stateChanged);
     connect(socket_, &QAbstractSocket::readyRead, this, &APIQt::slot_readyRead);
     connect(socket_, &QAbstractSocket::connected, this, &APIQt::connected);
     connect(socket_, &QAbstractSocket::disconnected, this, &APIQt::disconnected);
     connect(socket_, &QAbstractSocket::stateChanged, this, &APIQt::stateChanged);
+}
+
+void APIQt::cut_off_socket()
+{
+    cut_off_ = true;
+    socket_->disconnect();
+    listen_to_socket();
 }
 
 void APIQt::connect_to_server(const QHostAddress& address)
@@ -78,14 +98,19 @@ void APIQt::reconnect()
         open();
 }
 
-// Whatever calls out may come back with a later request, and then the rest of this one is void.
-void APIQt::open()
+// Whatever calls out may come back with a later request, and then the rest of this one is void: false.
+bool APIQt::abandon()
 {
     const unsigned request = ++requests_;
     begin_stream();
     if (request == requests_)
         socket_->abort();
-    if (request != requests_)
+    return request == requests_;
+}
+
+void APIQt::open()
+{
+    if (!abandon())
         return;
     renew_socket();
     if (const QString* name = std::get_if<QString>(&target_))
@@ -108,19 +133,31 @@ void APIQt::drop_connection()
         return;
     if (socket_->isOpen())
         socket_->readAll(); // the rest of the stream that has just ended
-    socket_->disconnectFromHost();
+    // Left to itself, an attempt would have to succeed before it ended.
+    const auto state = socket_->state();
+    if (state == QAbstractSocket::HostLookupState || state == QAbstractSocket::ConnectingState)
+        socket_->abort();
+    else
+        socket_->disconnectFromHost();
 }
 
 void APIQt::begin_stream()
 {
-    fail_all_pending_commands();
+    fail_stream();
     engine_->reset();
     impl_->reset_stream();
 }
 
+// First the number: a command that is entered meanwhile either fails with the others or has a later one.
+void APIQt::fail_stream()
+{
+    ++stream_;
+    fail_all_pending_commands();
+}
+
 bool APIQt::is_connected() const
 {
-    return socket_->state() == QAbstractSocket::ConnectedState;
+    return connected_;
 }
 
 QAbstractSocket::SocketState APIQt::socket_state() const
@@ -155,6 +192,18 @@ unsigned APIQt::outstanding_commands() const
     return impl_->outstanding_commands();
 }
 
+Traffic APIQt::traffic() const
+{
+    Traffic traffic = traffic_;
+    traffic.messages_sent = impl_->messages_sent();
+    return traffic;
+}
+
+unsigned APIQt::message_in_hand() const
+{
+    return impl_->message_in_hand();
+}
+
 void APIQt::set_send_debug_hook(AFunction1<const XMLTree&> hook)
 {
     impl_->set_send_debug_hook(hook);
@@ -168,7 +217,7 @@ void APIQt::set_receive_debug_hook(AFunction1<const XMLTree&> hook)
 void APIQt::slot_stateChanged(QAbstractSocket::SocketState state)
 {
     if (state != QAbstractSocket::ConnectedState)
-        fail_all_pending_commands();
+        fail_stream();
     else if (SKUAN_CHECK(socket_->socketDescriptor() != -1))
         socket_->setSocketOption(QAbstractSocket::LowDelayOption, 1);
 }
@@ -187,6 +236,7 @@ void APIQt::feed_parser()
             drop_connection();
             return;
         }
+        traffic_.bytes_received += static_cast<std::uint64_t>(bytes.size());
         engine_->input_bytes(bytes);
     }
 }
@@ -202,6 +252,7 @@ void APIQt::slot_xmlReady()
                 socket_->flush();
             return;
         }
+        ++traffic_.messages_received;
         if (!parse_intercept(message))
             impl_->parse(message);
     }
@@ -218,9 +269,10 @@ void APIQt::send(const void* data, unsigned length)
     if (length == 0)
         return;
     if (!is_connected()) {
-        fail_all_pending_commands();
+        fail_stream();
         return;
     }
+    traffic_.bytes_sent += length;
     socket_->write(static_cast<const char*>(data), length);
 }
 

@@ -7,6 +7,7 @@
 #include <skuan/foundation/assertfail.h>
 #include <skuan/foundation/atimer.h>
 #include <skuan/platform/host_name.h>
+#include <skuan/session/spark_status.h>
 
 namespace {
 constexpr int attempt_interval = 200; // ms
@@ -24,14 +25,26 @@ Spark::Spark(bool local, QObject* parent) : KVRP3::APIQt(parent)
     us_model_ = USModel::create(local, this);
     channel_config_ = new CFChannelConfig(cf_model_, us_model_, this);
 
-    auto* const attempts = new ATimer(this);
-    connect(attempts, &ATimer::timeout, this, &Spark::stay_connected);
-    attempts->start(attempt_interval);
+    status_ = new SparkStatus(this);
+
+    attempts_ = new ATimer(this);
+    connect(attempts_, &ATimer::timeout, this, &Spark::stay_connected);
+    attempts_->start(attempt_interval);
     connect(this, &Spark::indirect_send, this, &Spark::slot_indirect_send, Qt::QueuedConnection);
     connect(this, &Spark::connected, this, &Spark::slot_connected);
 }
 
 Spark::~Spark() = default;
+
+CFModel* Spark::cf_model() const
+{
+    return cf_model_;
+}
+
+USModel* Spark::us_model() const
+{
+    return us_model_;
+}
 
 void Spark::set_server(const QString& name)
 {
@@ -43,6 +56,8 @@ void Spark::set_server(const QHostAddress& address)
     const QHostAddress* const present = std::get_if<QHostAddress>(&server_);
     if (present && *present == address)
         return;
+    if (socket_state() != QAbstractSocket::UnconnectedState)
+        cut_off_socket();
     server_ = address;
     stay_connected();
 }
@@ -56,14 +71,17 @@ void Spark::set_server_localhost()
 void Spark::forget_server()
 {
     server_ = {};
-    disconnect_from_server();
+    abandon_connection();
 }
 
 // An attempt that is under way is left alone.
 void Spark::stay_connected()
 {
-    if (socket_state() != QAbstractSocket::UnconnectedState)
+    status_->look();
+    if (std::holds_alternative<std::monostate>(server_) ||
+        socket_state() != QAbstractSocket::UnconnectedState)
         return;
+    status_->count_attempt();
     if (const QString* const name = std::get_if<QString>(&server_))
         connect_to_server(*name);
     else if (const QHostAddress* const address = std::get_if<QHostAddress>(&server_))
@@ -143,13 +161,22 @@ void Spark::unrequest(unsigned channel, KVRP3::ChannelReportType type)
 
 void Spark::send(const void* data, unsigned length)
 {
-    if (threading_enabled_)
-        Q_EMIT indirect_send(QByteArray(static_cast<const char*>(data), static_cast<int>(length)));
-    else
+    if (!threading_enabled_) {
         KVRP3::APIQt::send(data, length);
+        return;
+    }
+    // All chunks of a message are of the stream in which it began: a new connection gets none of their rest.
+    if (message_ != message_in_hand()) {
+        message_ = message_in_hand();
+        message_stream_ = stream();
+    }
+    Q_EMIT indirect_send(QByteArray(static_cast<const char*>(data), static_cast<int>(length)),
+                         message_stream_);
 }
 
-void Spark::slot_indirect_send(const QByteArray& bytes)
+void Spark::slot_indirect_send(const QByteArray& bytes, unsigned of_stream)
 {
+    if (of_stream != 0 && of_stream != stream())
+        return;
     KVRP3::APIQt::send(bytes.constData(), static_cast<unsigned>(bytes.size()));
 }

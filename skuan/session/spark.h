@@ -5,6 +5,7 @@
 #include <skuan/protocol/kvrp3_api_qt.h>
 
 #include <QHostAddress>
+#include <QPointer>
 #include <QString>
 
 #include <array>
@@ -13,17 +14,21 @@
 #include <variant>
 
 class CFChannelConfig;
+class ATimer;
 class CFModel;
+class SparkStatus;
 class USModel;
 
-/// What a long-running operator program talks through. From its construction on it looks every 200 ms whether a
-/// connection to its server has to be attempted, with no limit and no back-off; each attempt starts clean. All
-/// commands that have no answer when a connection is lost fail at once, and nothing is sent a second time but
-/// what the session itself registers for.
+/// What a long-running operator program talks through. From its construction on it looks every 200 ms whether
+/// a connection to its server has to be attempted, with no limit and no back-off; each attempt starts clean.
+/// All commands that have no answer when a connection is lost fail at once. What has failed is not sent any
+/// more, and nothing is sent a second time but what the session itself registers for.
 ///
 /// Threads: it lives on one thread, normally that of the user interface; the socket, all callbacks and all
-/// signals are there. Commands may be issued on any thread: their bytes are handed over, in order, and whether
-/// there is a connection is only seen there, so that a failure may come after the call has returned.
+/// signals are there. Commands may be issued on any thread: their bytes are handed over, in order, and
+/// whether there is a connection is only seen there, so that a failure may come after the call has returned.
+/// That goes for commands issued on the session's own thread too. Everything else here is for that thread, if
+/// it does not say otherwise. Other threads must have ended their commands before the session is destroyed.
 class SKUAN_EXPORT Spark : public KVRP3::APIQt
 {
     Q_OBJECT
@@ -32,22 +37,27 @@ public:
     /// `local`: the server is on this machine, and the process-wide models serve it.
     explicit Spark(bool local, QObject* parent = nullptr);
 
-    /// `local` if that is this machine's computer name. The name is only compared: which server it is to be is
-    /// still for `set_server` to say.
+    /// `local` if that is this machine's computer name. The name is only compared: which server it is to be
+    /// is still for `set_server` to say.
     explicit Spark(const QString& server, QObject* parent = nullptr);
 
+    /// Ends the connection, and an attempt that is under way. Outstanding commands are dropped without a
+    /// call.
     ~Spark() override;
 
     /// Takes effect with the next attempt: a connection that stands stays. The same name again: nothing.
     void set_server(const QString& name);
 
-    /// Attempts at once. To be called before the first connection: while there is a socket that is not
-    /// unconnected, it is cut off from this object for good. That is meant. The same address again: nothing.
+    /// Attempts at once. To be called without a connection: if there is one, or an attempt, then nothing is
+    /// heard any more for the rest of this session's life, neither of that connection nor of later ones. That
+    /// is meant; `forget_server` first avoids it. The same address again: nothing.
     void set_server(const QHostAddress& address);
 
+    /// The address 127.0.0.1.
     void set_server_localhost();
 
-    /// Ends the connection, and attempts none until a server is set again.
+    /// Ends the connection, or the attempt at one, before it returns, and attempts none until a server is set
+    /// again. `disconnect_from_server`, in contrast, lasts until the next attempt.
     void forget_server();
 
     /// Commands of other threads are handed over from the beginning, so that there is nothing left to change.
@@ -57,26 +67,43 @@ public:
     void require_melt_notification();
     void require_export_notification();
 
-    /// Has the server tell of a channel's play list, or chase list, until it is unrequested as often. Channels
-    /// are counted from 0 to 31. One count stands for both kinds: whoever mixes them on a channel finds that
-    /// the last unrequest unregisters only its own kind. That is meant.
+    /// Has the server tell of a channel's play list, or chase list, until it is unrequested as often.
+    /// Channels are counted from 0 to 31. One count stands for both kinds: whoever mixes them on a channel
+    /// finds that the last unrequest unregisters only its own kind. That is meant.
     void request_listplay_notification(unsigned channel);
     void unrequest_listplay_notification(unsigned channel);
     void request_chaseplay_notification(unsigned channel);
     void unrequest_chaseplay_notification(unsigned channel);
 
+    /// How many connections there have been, the present one included: a value that was stamped with another
+    /// number is of an earlier one.
+    std::uint64_t generation() const { return generation_; }
+
+    // What mirrors the server, owned by the session and not to be deleted. Two sessions with the server of
+    // this machine share the mirrors of the first one: null when that has gone.
+
+    CFModel* cf_model() const;
+    USModel* us_model() const;
+    const CFChannelConfig* channel_config() const { return channel_config_; }
+    /// How the session stands with its server. Never null.
+    const SparkStatus* status() const { return status_; }
+
 Q_SIGNALS:
-    void indirect_send(const QByteArray& bytes); ///< internal: the hop to the session's thread
+    /// Internal: the hop to the session's thread. The bytes are dropped if `stream` has come to its end; 0 is
+    /// any.
+    void indirect_send(const QByteArray& bytes, unsigned stream = 0);
 
 protected:
     void send(const void* data, unsigned length) override;
 
 private Q_SLOTS:
     void slot_connected();
-    void slot_indirect_send(const QByteArray& bytes);
+    void slot_indirect_send(const QByteArray& bytes, unsigned stream);
     void stay_connected();
 
 private:
+    friend class SparkStatus;
+
     static constexpr unsigned most_counted_channels = 32;
 
     void require(bool& flag, KVRP3::ReportType type);
@@ -88,8 +115,13 @@ private:
     bool export_notification_required_ = false;
     std::array<unsigned, most_counted_channels> notification_counts_{};
     std::atomic<bool> threading_enabled_{true};
-    std::uint64_t generation_ = 0; ///< of the connection, so far
-    CFModel* cf_model_ = nullptr;
-    USModel* us_model_ = nullptr;
+    // The message that is being sent, under the send lock.
+    unsigned message_ = 0;
+    unsigned message_stream_ = 0;
+    ATimer* attempts_ = nullptr; ///< a child, as are all that follow
+    std::uint64_t generation_ = 0;
+    QPointer<CFModel> cf_model_;
+    QPointer<USModel> us_model_;
     CFChannelConfig* channel_config_ = nullptr;
+    SparkStatus* status_ = nullptr;
 };
