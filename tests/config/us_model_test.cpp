@@ -56,17 +56,15 @@ TEST_F(USModel, says_on_each_connection_what_it_has_written_and_what_it_reads)
     EXPECT_EQ(item(first, "read"), item(first, "read"));
     connect(first); // client 1
     settle_with(first);
-    EXPECT_THAT(told(),
-                UnorderedElementsAre("userdict_own early gone", "userdict_set early ", "userdict_set both b",
-                                     "userdict_watch read"));
+    EXPECT_THAT(told(), UnorderedElementsAre("userdict_own early gone", "userdict_set early ",
+                                             "userdict_set both b", "userdict_watch read"));
     USItemModel* const early = item(first, "early");
     for (const char* value : {"x", "x", "y"})
         early->set(value, "gone");
     item(first, "late")->set("l");
     settle_with(first);
-    EXPECT_EQ(told().mid(4),
-              (QStringList{"userdict_set early x", "userdict_set early y", "userdict_watch late",
-                           "userdict_set late l"}));
+    EXPECT_EQ(told().mid(4), (QStringList{"userdict_set early x", "userdict_set early y",
+                                          "userdict_watch late", "userdict_set late l"}));
     station->drop_clients();
     wait_until([&] { return first.generation() == 2; });
     settle_with(first);

@@ -137,7 +137,8 @@ TEST_F(Spark, registers_again_on_each_connection)
                   exports = "report_register export", play = "channel_report_register D listplay",
                   chase = "channel_report_register D chaseplay";
     EXPECT_THAT(told().mid(0, 4), ElementsAre(config, melt, play, chase));
-    EXPECT_EQ(events, (QStringList{"play 3", "chase 3", "play 31", "chase 31", "+"}));
+    // Behind that, what the server says to the registrations.
+    EXPECT_EQ(events.mid(0, 5), (QStringList{"play 3", "chase 3", "play 31", "chase 31", "+"}));
 
     spark.require_melt_notification(); // has it
     spark.require_export_notification();
@@ -157,7 +158,7 @@ TEST_F(Spark, registers_again_on_each_connection)
     server->drop_clients();
     wait_for_connection(2);
     EXPECT_THAT(told(), ElementsAre(config, melt, exports, play, chase));
-    EXPECT_EQ(events, (QStringList{"-", "play 3", "chase 3", "+"}));
+    EXPECT_EQ(events.mid(0, 4), (QStringList{"-", "play 3", "chase 3", "+"}));
 }
 
 TEST_F(Spark, takes_commands_of_other_threads_and_sends_none_that_has_failed)
