@@ -161,10 +161,6 @@ void Spark::unrequest(unsigned channel, KVRP3::ChannelReportType type)
 
 void Spark::send(const void* data, unsigned length)
 {
-    if (!threading_enabled_) {
-        KVRP3::APIQt::send(data, length);
-        return;
-    }
     // All chunks of a message are of the stream in which it began: a new connection gets none of their rest.
     if (message_ != message_in_hand()) {
         message_ = message_in_hand();

@@ -9,7 +9,6 @@
 #include <QString>
 
 #include <array>
-#include <atomic>
 #include <cstdint>
 #include <variant>
 
@@ -61,7 +60,7 @@ public:
     void forget_server();
 
     /// Commands of other threads are handed over from the beginning, so that there is nothing left to change.
-    void enable_threading() { threading_enabled_ = true; }
+    void enable_threading() {}
 
     /// Has the server tell of melts, of exports: from now on, for good, on every connection.
     void require_melt_notification();
@@ -114,7 +113,6 @@ private:
     bool melt_notification_required_ = false;
     bool export_notification_required_ = false;
     std::array<unsigned, most_counted_channels> notification_counts_{};
-    std::atomic<bool> threading_enabled_{true};
     // The message that is being sent, under the send lock.
     unsigned message_ = 0;
     unsigned message_stream_ = 0;
