@@ -153,7 +153,7 @@ void Spark::request(unsigned channel, KVRP3::ChannelReportType type)
 
 void Spark::unrequest(unsigned channel, KVRP3::ChannelReportType type)
 {
-    if (!SKUAN_CHECK(channel < most_counted_channels))
+    if (!SKUAN_CHECK(channel < most_counted_channels) || !SKUAN_CHECK(notification_counts_[channel] != 0))
         return;
     if (--notification_counts_[channel] == 0)
         cmd_channel_report_unregister(static_cast<KVRP3::Channel>(channel), type);

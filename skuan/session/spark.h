@@ -68,7 +68,8 @@ public:
 
     /// Has the server tell of a channel's play list, or chase list, until it is unrequested as often.
     /// Channels are counted from 0 to 31. One count stands for both kinds: whoever mixes them on a channel
-    /// finds that the last unrequest unregisters only its own kind. That is meant.
+    /// finds that the last unrequest unregisters only its own kind. That is meant. One too many is reported,
+    /// and changes nothing.
     void request_listplay_notification(unsigned channel);
     void unrequest_listplay_notification(unsigned channel);
     void request_chaseplay_notification(unsigned channel);
