@@ -19,15 +19,6 @@ QString as_called(const Outgoing& command)
 
 } // namespace
 
-Dialogue::Dialogue(Run& run) : Verb(run)
-{
-    listening_.setSingleShot(true);
-    QObject::connect(&listening_, &QTimer::timeout, &run, [this] { listened_long_enough(); });
-    hearing_.setSingleShot(true);
-    QObject::connect(&hearing_, &QTimer::timeout, &run,
-                     [this] { fail_short_of_reports(run_.options().timeout); });
-}
-
 void Dialogue::set_steps(const std::vector<XMLTree>& commands)
 {
     in_steps_ = true;
@@ -35,18 +26,6 @@ void Dialogue::set_steps(const std::vector<XMLTree>& commands)
     for (const XMLTree& command : commands)
         commands_.push_back(
             command_message(command, AString::from_unsigned(static_cast<unsigned>(commands_.size() + 1))));
-}
-
-bool Dialogue::stays() const
-{
-    const Options& options = run_.options();
-    return options.verb->stay >= Stay::always || options.count || options.listen;
-}
-
-bool Dialogue::has_all_reports() const
-{
-    const auto& count = run_.options().count;
-    return count && reports_ >= *count;
 }
 
 void Dialogue::start()
@@ -70,17 +49,15 @@ void Dialogue::take(const XMLTree& message)
     const XMLTree& body = body_of(message);
     if (message.has_tag_z("reply"))
         take_reply(message, body);
-    else if (!has_all_reports())
+    else if (!patience_.is_over())
         take_report(message, body);
 }
 
 void Dialogue::take_report(const XMLTree& message, const XMLTree& body)
 {
     show_report(message, body);
-    ++reports_;
-    if (hearing_.isActive())
-        hearing_.start();
-    if (has_all_reports() && unanswered_.empty() && sent_ == commands_.size())
+    patience_.count();
+    if (patience_.is_over() && unanswered_.empty() && sent_ == commands_.size())
         finish();
 }
 
@@ -136,30 +113,10 @@ void Dialogue::on_error_reply(const XMLTree&, const XMLTree& body)
 
 void Dialogue::all_answered()
 {
-    if (!stays() || has_all_reports())
+    if (!stays() || patience_.is_over())
         return finish();
-    const Options& options = run_.options();
     run_.link().stop_waiting();
-    if (options.listen)
-        listening_.start(*options.listen);
-    if (options.has_timeout && options.verb->stay != Stay::holding)
-        hearing_.start(options.timeout);
-}
-
-void Dialogue::listened_long_enough()
-{
-    if (run_.options().count)
-        fail_short_of_reports(*run_.options().listen);
-    else
-        finish();
-}
-
-void Dialogue::fail_short_of_reports(std::chrono::milliseconds within)
-{
-    const auto& count = run_.options().count;
-    const QString came = count ? QStringLiteral("%1 of %2 reports came").arg(reports_).arg(*count)
-                               : QStringLiteral("no report came");
-    run_.fail({exit_timed_out, came + QStringLiteral(" within ") + in_seconds(within), {}});
+    patience_.begin();
 }
 
 void Dialogue::finish()

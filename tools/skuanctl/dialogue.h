@@ -4,18 +4,16 @@
 
 #include <skuanctl/catalogue.h>
 #include <skuanctl/messages.h>
+#include <skuanctl/patience.h>
 #include <skuanctl/verb.h>
 
 #include <QString>
-#include <QTimer>
-
-#include <chrono>
 #include <set>
 
 class Dialogue : public Verb
 {
 public:
-    explicit Dialogue(Run& run);
+    explicit Dialogue(Run& run) : Verb(run), patience_(run, [this] { finish(); }) {}
 
     void start() override;
     void take(const XMLTree& message) final;
@@ -27,7 +25,7 @@ protected:
     /// Each of the commands goes out when the one before is done, and after one that failed none does.
     void set_steps(const std::vector<XMLTree>& commands);
 
-    bool stays() const;
+    bool stays() const { return patience_.is_asked(); }
 
     /// The message and what it is about, which is the null tree if it holds nothing. `reply` is the row of
     /// the catalogue, null if it has none.
@@ -46,21 +44,16 @@ protected:
 private:
     void send(const Outgoing& command);
     const Reply* row_of(const XMLTree& body);
-    bool has_all_reports() const;
     void take_reply(const XMLTree& message, const XMLTree& body);
     void take_report(const XMLTree& message, const XMLTree& body);
     void all_answered();
-    void listened_long_enough();
-    void fail_short_of_reports(std::chrono::milliseconds within);
 
     std::vector<Outgoing> commands_;
     bool in_steps_ = false;
     std::size_t sent_ = 0;
     std::multiset<AString> unanswered_; // xids; a script may well use one twice
-    int reports_ = 0;
+    Patience patience_;                 // for reports
     bool was_error_ = false;
-    QTimer listening_; // for all reports
-    QTimer hearing_;   // for the next one
     AString last_tag_; // of a reply, and its row: a long listing looks for them once
     const Reply* last_reply_ = nullptr;
 };

@@ -1,5 +1,6 @@
-// The table of exit codes, which the help prints and the JSON output names.
+// The table of exit codes, which the help prints and the JSON output names; and what is said of connections.
 #include <skuanctl/failure.h>
+#include <skuanctl/options.h>
 
 #include <algorithm>
 
@@ -25,4 +26,21 @@ QString name_of(ExitCode code)
     const auto row =
         std::find_if(rows.begin(), rows.end(), [code](const ExitRow& r) { return r.code == code; });
     return row == rows.end() ? QString() : QString::fromLatin1(row->name);
+}
+
+Failure cannot_connect(const QString& place, const QString& why)
+{
+    return {exit_cannot_connect,
+            QStringLiteral("cannot connect to %1 port %2: %3").arg(place, QString::number(server_port), why),
+            {}};
+}
+
+Failure no_answer(const QString& place, std::chrono::milliseconds within)
+{
+    return {exit_timed_out, QStringLiteral("%1 gave no answer within %2").arg(place, in_seconds(within)), {}};
+}
+
+Failure connection_lost(const QString& place, const QString& why)
+{
+    return {exit_connection_lost, QStringLiteral("lost the connection to %1: %2").arg(place, why), {}};
 }

@@ -3,6 +3,7 @@
 
 #include <QString>
 
+#include <chrono>
 #include <vector>
 
 enum ExitCode {
@@ -24,6 +25,12 @@ struct Failure
     QString message;
     QString server_code; ///< the code of the server's `error`; empty for every other failure
 };
+
+// Of a connection; `place` says who is meant.
+
+Failure cannot_connect(const QString& place, const QString& why);
+Failure no_answer(const QString& place, std::chrono::milliseconds within);
+Failure connection_lost(const QString& place, const QString& why);
 
 struct ExitRow
 {

@@ -44,8 +44,7 @@ void Link::open()
         if (state_ != looking_up)
             return;
         if (found.error() != QHostInfo::NoError)
-            return fail(exit_cannot_connect,
-                        QStringLiteral("cannot find host %1: %2").arg(host_, found.errorString()));
+            return fail_to_find(found.errorString());
         QStringList addresses;
         for (const QHostAddress& one : found.addresses())
             addresses += one.toString();
@@ -104,7 +103,7 @@ void Link::on_connected()
 void Link::on_unconnected()
 {
     if (state_ == connecting)
-        return fail_to_connect(socket_.errorString());
+        return fail(cannot_connect(place_, socket_.errorString()));
     read(); // what came before the end
     lose(socket_.errorString());
 }
@@ -114,32 +113,31 @@ void Link::on_timeout()
     const QString within = QStringLiteral("no answer within ") + in_seconds(limit_);
     switch (state_) {
     case looking_up:
-        return fail(exit_cannot_connect, QStringLiteral("cannot find host %1: %2").arg(host_, within));
+        return fail_to_find(within);
     case connecting:
-        return fail_to_connect(within);
+        return fail(cannot_connect(place_, within));
     case connected_to_server:
-        return fail(exit_timed_out, QStringLiteral("%1 gave %2").arg(place_, within));
+        return fail(no_answer(place_, limit_));
     case over:
         return;
     }
 }
 
-void Link::fail_to_connect(const QString& why)
+void Link::fail_to_find(const QString& why)
 {
-    fail(exit_cannot_connect,
-         QStringLiteral("cannot connect to %1 port %2: %3").arg(place_, QString::number(server_port), why));
+    fail({exit_cannot_connect, QStringLiteral("cannot find host %1: %2").arg(host_, why), {}});
 }
 
 void Link::lose(const QString& why)
 {
     if (state_ == connected_to_server)
-        fail(exit_connection_lost, QStringLiteral("lost the connection to %1: %2").arg(place_, why));
+        fail(connection_lost(place_, why));
 }
 
-void Link::fail(ExitCode code, const QString& message)
+void Link::fail(const Failure& failure)
 {
     state_ = over;
     wait_.stop();
     socket_.abort();
-    Q_EMIT failed({code, message, {}});
+    Q_EMIT failed(failure);
 }

@@ -46,8 +46,8 @@ private:
     void take_messages();
     void on_unconnected();
     void on_timeout();
-    void fail(ExitCode code, const QString& message);
-    void fail_to_connect(const QString& why);
+    void fail(const Failure& failure);
+    void fail_to_find(const QString& why);
     void lose(const QString& why);
 
     const QString host_;

@@ -157,8 +157,8 @@ const std::vector<VerbRow>& verb_rows()
         {"dict own", "userdict_own", "Key Value", "hold a text that is put under the key when this verb ends",
          "", make_recipe, Stay::holding},
         {"dict erase", "userdict_erase", "Key...", "remove keys"},
-        {"dict watch", "userdict_watch", "Key...", "print the texts under keys as they change", "",
-         make_recipe, Stay::always},
+        {"dict watch", "", "KEY...", "print the texts under keys, and then as they change", "Key, Value",
+         make_dict_watch, Stay::always},
 
         {"meta list", "download_metadata", "MetadataDatabase", "list the metadata of a database",
          "MetadataList"},
@@ -168,12 +168,17 @@ const std::vector<VerbRow>& verb_rows()
          make_recipe, Stay::always},
 
         {"config list", "get_configuration", "", "list the configuration", config_columns},
-        {"config get", "get_one_configuration", "ConfigurationItemName",
-         "tell everything about a configuration item"},
+        {"config get", "", "ITEM...", "print what configuration items are set to",
+         "ConfigurationItemName, ConfigurationItemValue, ConfigurationItemAllowedValues", make_config_get},
         {"config set", "set_configuration", "ConfigurationItemName ConfigurationItemValue",
          "give a configuration item another value"},
-        {"config watch", "", "", "print what changes in the configuration", "config_change", make_watch,
-         Stay::always},
+        {"config watch", "", "[ITEM...]",
+         "print what configuration items are set to, and then as it changes; of all items only the changes",
+         "ConfigurationItemName, ConfigurationItemValue", make_config_watch, Stay::always},
+        {"layout", "", "[--board=BOARD]",
+         "draw which user channel and angle feeds which output; the server tells which board it has only of "
+         "some kinds",
+         "board, sets, user_channels", make_layout},
 
         {"export", "export_add", "CLIP=FILE... !ClipID !Filename", "export clips, or a piece of each", "",
          make_export},

@@ -1,0 +1,53 @@
+// What the verbs have in common that look into mirrors: a session in place of the run's plain connection, for
+// it alone feeds mirrors, and keeps them through lost connections.
+#pragma once
+
+#include <skuanctl/patience.h>
+#include <skuanctl/verb.h>
+
+#include <skuan/session/spark.h>
+
+#include <QTimer>
+
+/// Ends like any other verb if there is no connection at first. One that stays goes on through those that are
+/// lost later; one that does not ends with the first.
+class MirrorVerb : public Verb
+{
+public:
+    explicit MirrorVerb(Run& run);
+
+    bool prepare() final;
+    void start() final {}
+
+protected:
+    /// Before there is a connection: asks the mirrors for what is to be seen. False if it has ended the run.
+    virtual bool ask() = 0;
+
+    /// The mirrors hold what the server has of it; called once, and by default the verb then stays.
+    virtual void know() { stay(); }
+
+    /// The verb has all that it needs at first, and goes on for what changes.
+    void stay();
+
+    /// A change, as a line.
+    void report(const QString& name, const QString& value, const QJsonObject& object);
+
+    /// For what the verb itself asks the server: ends the run.
+    void take_error(KVRP3::ErrorMessage message, KVRP3::ErrorCode code);
+
+    Spark session_;
+
+private:
+    void take_connection();
+    void take_state(QAbstractSocket::SocketState state);
+    void take_all_answered();
+    void take_not_answered(KVRP3::ErrorMessage, KVRP3::ErrorCode) { take_all_answered(); }
+    void look();
+    void take_too_long();
+
+    Patience patience_;
+    QTimer limit_; // for the connection, and then for the answers
+    bool was_connected_ = false;
+    bool all_answered_ = false; // the dictionary has no more to tell at once
+    bool knows_ = false;
+};
