@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 
 #include <csignal>
+#include <future>
 #include <mutex>
 #include <set>
 
@@ -115,6 +116,7 @@ TEST_F(Skuanctl, RefusesBadUsageBeforeItConnects)
         {"call metadata_set MetadataDatabase=d MetadataList.Metadata.Key=a MetadataList.Metadata.Key=b"
          " MetadataList.Metadata[0].Key=?",
          "is given twice"},
+        {"layout --board oak", "'oak' is no board, which is one of sorrel,"},
         {"reports clip_changes", "did you mean clip_change?"},
         {"reports A,Z:status", "'Z' is no value for ChannelSet"},
     };
@@ -491,6 +493,92 @@ TEST_F(Skuanctl, StaysForReports)
     ran = ask(station, {"--listen", "0.1", "--count", "3", "raw"});
     EXPECT_EQ(ran.code, 4);
     EXPECT_THAT(ran.err.toStdString(), HasSubstr("0 of 3 reports came within 0.1 s"));
+}
+
+TEST_F(Skuanctl, LooksIntoMirrors)
+{
+    const Station station;
+    const struct
+    {
+        const char* words;
+        int code;
+        std::string printed;
+    } rows[] = {
+        {"config get ReferenceSource StationName", 0, "refin\nStudio\n"},
+        {"--json config get AudioBitDepth", 0,
+         R"({"ConfigurationItemAllowedValues":["16","24"],"ConfigurationItemName":"AudioBitDepth",)"
+         R"("ConfigurationItemValue":"24"})"
+         "\n"},
+        {"config get ReferenceSource Nothing", 1, "skuanctl: there is no configuration item 'Nothing'\n"},
+        {"dict get show", 1, "skuanctl: there is no text under the key 'show'\n"},
+        {"dict set show evening", 0, ""},
+        {"dict get show", 0, "evening\n"},
+        {"layout", 1,
+         "skuanctl: the server does not tell which board it has; say it with --board, one of sorrel, tansy1, "
+         "tansy2, tansy3\n"},
+        {"dict set cf.herbae.0.channel_count 3", 0, ""},
+        {"layout", 0,
+         "user channel  0 ─┬─ output  0  video\n"
+         "                 └─ output  1  key\n"
+         "user channel  2 ─┬─ output  2  video\n"
+         "                 └─ output  3  key\n"}, // user channels have gaps
+        {"--json layout --board tansy1", 0,
+         R"({"board":"tansy1","sets":["VVVV","VVVV","VVVV"],"user_channels":)"
+         R"([{"4K":false,"angles":1,"key":[1],"user_channel":0,"video":[0]}]})"
+         "\n"},
+    };
+    for (const auto& row : rows) {
+        const Ran ran = ask(station, QString(row.words).split(' '));
+        EXPECT_EQ(ran.code, row.code) << row.words;
+        EXPECT_EQ((ran.out + ran.err).toStdString(), row.printed) << row.words;
+    }
+    station->set_faults(Faults{.mute = true});
+    EXPECT_EQ(ask(station, {"--timeout", "0.1", "config", "get", "X"}).code, 4);
+    station->set_faults(Faults{.close_after_bytes = 100});
+    EXPECT_EQ(ask(station, {"config", "get", "X"}).code, 5);
+}
+
+TEST_F(Skuanctl, WatchesThroughLostConnections)
+{
+    const struct
+    {
+        const char *watch, *change, *shown, *then;
+    } rows[] = {
+        {"--count 2 config watch ReferenceSource", "config set ReferenceSource input1",
+         "ReferenceSource=refin\n", "ReferenceSource=input1\n"},
+        {"--count 2 dict watch show", "dict set show late", "show=evening\n", "show=late\n"},
+    };
+    const Station station;
+    ask(station, {"dict", "set", "show", "evening"});
+    for (const auto& row : rows) {
+        QProcess watch;
+        watch.start(program, to(station.address(), QString(row.watch).split(' ')));
+        ASSERT_TRUE(watch.waitForReadyRead());
+        station->drop_clients();
+        EXPECT_EQ(ask(station, QString(row.change).split(' ')).code, 0);
+        ASSERT_TRUE(watch.waitForFinished());
+        EXPECT_EQ(watch.exitCode(), 0);
+        EXPECT_EQ(watch.readAllStandardOutput(), QByteArray(row.shown) + row.then);
+        EXPECT_EQ(watch.readAllStandardError(), "");
+    }
+}
+
+// Where no item is named, only what changes is told, and that from the listing on.
+TEST_F(Skuanctl, WatchesTheWholeConfiguration)
+{
+    const Station station;
+    std::promise<void> listed;
+    QObject::connect(station.operator->(), &simulator::Server::command, station.operator->(),
+                     [&](quint64, const simulator::Element& message) {
+                         if (message.child(QLatin1String("get_configuration")))
+                             listed.set_value();
+                     });
+    QProcess watch;
+    watch.start(program, to(station.address(), {"--count", "1", "config", "watch"}));
+    listed.get_future().wait();
+    EXPECT_EQ(ask(station, {"config", "set", "StopMode", "black"}).code, 0);
+    ASSERT_TRUE(watch.waitForFinished());
+    EXPECT_EQ(watch.readAllStandardOutput(), "StopMode=black\n");
 }
 
 TEST_F(Skuanctl, TellsWhatTheServerSaidBeforeItHungUp)

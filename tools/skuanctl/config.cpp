@@ -93,7 +93,9 @@ private:
 
     void take_listed(KVRP3::ConfigurationItem listed)
     {
-        watch(session_.cf_model()->get_item(QString(listed.configuration_item_name)));
+        CFItemModel* const item = session_.cf_model()->get_item(QString(listed.configuration_item_name));
+        item->config(listed); // a change from here on is told, even before the mirror has fetched it
+        watch(item);
     }
 
     void watch(CFItemModel* item)
@@ -108,7 +110,7 @@ private:
     void show(CFItemModel* item, const QString& value)
     {
         const auto [shown, is_first] = shown_.emplace(item, value);
-        if (is_first ? items_.empty() : shown->second == value)
+        if (!is_first && shown->second == value)
             return;
         shown->second = value;
         report(item->get_name(), value, object_of(*item));

@@ -60,6 +60,7 @@ QString help_on(const QString& option)
 {
     static const std::pair<const char*, const char*> rows[] = {
         {"bind", "listen here, at port 8913; replay then plays the server's side"},
+        {"board", "sorrel, tansy1, tansy2 or tansy3, whatever the server tells"},
         {"connection", "only this connection of the file"},
         {"paced", "say nothing before its recorded time"},
         {"wait", "until the recording has ended"},

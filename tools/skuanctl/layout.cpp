@@ -26,7 +26,7 @@ QJsonObject object_of(const ChannelConfigSpec& spec)
     QJsonArray sets, channels;
     for (const ConfigType type : spec.values)
         sets.append(QString(ConfigType_to_string(type)));
-    for (unsigned channel = 0; channel < spec.channel_count(); ++channel)
+    for (const unsigned channel : user_channels(spec))
         channels.append(QJsonObject{{"user_channel", static_cast<int>(channel)},
                                     {"angles", static_cast<int>(spec.get_angle_count(channel))},
                                     {"4K", spec.is4K(channel)},

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <vector>
 
 namespace {
 
@@ -58,11 +57,20 @@ QString shown(const Output& output, bool many_angles, bool is_4K)
 
 } // namespace
 
+std::vector<unsigned> user_channels(const ChannelCF::ChannelConfigSpec& spec)
+{
+    constexpr unsigned most = 12;
+    std::vector<unsigned> channels;
+    for (unsigned user_channel = 0; user_channel < most; ++user_channel)
+        if (!spec.AllOutputs(user_channel, false).empty())
+            channels.push_back(user_channel);
+    return channels;
+}
+
 QStringList layout_drawing(const ChannelCF::ChannelConfigSpec& spec)
 {
     QStringList lines;
-    const unsigned count = spec.channel_count();
-    for (unsigned user_channel = 0; user_channel < count; ++user_channel) {
+    for (const unsigned user_channel : user_channels(spec)) {
         const std::vector<Output> outputs = outputs_of(spec, user_channel);
         const bool many_angles = spec.get_angle_count(user_channel) > 1;
         QString head = QStringLiteral("user channel %1 ─").arg(user_channel, 2);

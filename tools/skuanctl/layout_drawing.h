@@ -5,6 +5,11 @@
 
 #include <QStringList>
 
+#include <vector>
+
+/// The user channels that have an output, in rising order; there may be gaps.
+std::vector<unsigned> user_channels(const ChannelCF::ChannelConfigSpec& spec);
+
 /// The lines of it: each user channel with its outputs, and what each output shows. One line that says so
 /// for a board without any.
 ///
