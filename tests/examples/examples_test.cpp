@@ -39,7 +39,47 @@ TEST(Examples, SayWhatTheServerAnswers)
     }
 }
 
-// 01_ask_name goes on trying for ten seconds by design, so it is not asked here.
+// A session begins before there is a server, and is in no hurry.
+TEST(Examples, ShowWhatASessionMirrors)
+{
+    support::need_application();
+    const struct
+    {
+        const char* example;
+        QStringList rest;
+        QByteArray out;
+    } rows[] = {
+        {"06_configuration", {}, "StationName is Studio\nthe server has Harbour\n"},
+        {"06_configuration", {"AudioBitDepth", "16"}, "AudioBitDepth is 24\nthe server has 16\n"},
+        {"06_configuration", {"StationName", "Harbour"}, "StationName is Harbour\nthe server has Harbour\n"},
+        {"07_dictionary", {}, "studio.2.state is rehearsal\n"},
+        {"07_dictionary", {"cf.herbae.0.channel_count", "1"}, "cf.herbae.0.channel_count is 1\n"},
+        {"08_channel_layout", {}, "user channel 0: video 0 key 1\n"},
+        {"09_control_panels",
+         {},
+         "panel 0, keyboard panel-0, channels ABCD\npanel 1, keyboard panel-1, channels ABCD\n"},
+    };
+    const QHostAddress address(QString::fromStdString(support::own_loopback_address()));
+    QProcess early;
+    early.start(path_of("09_control_panels"), {address.toString()});
+    ASSERT_TRUE(early.waitForStarted());
+
+    simulator::ServerThread server(simulator::Settings{.address = address, .faults = {}});
+    ASSERT_TRUE(server.start());
+    ASSERT_TRUE(early.waitForFinished());
+    EXPECT_EQ(early.exitCode(), 0);
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.example);
+        const auto ran = run(path_of(row.example), QStringList{address.toString()} + row.rest);
+        EXPECT_EQ(ran.code, 0);
+        EXPECT_EQ(ran.out, row.out);
+        EXPECT_EQ(ran.err, "");
+    }
+    EXPECT_EQ(run(path_of("06_configuration"), {address.toString(), "Nothing", "x"}).code, 1);
+}
+
+// 01_ask_name goes on trying for ten seconds by design, so it is not asked here; those with a session never
+// end.
 TEST(Examples, EndWithoutAServer)
 {
     support::need_application();
