@@ -7,22 +7,30 @@ bin=$1
 # An address of its own, so that demos and tests never meet.
 host=127.$((RANDOM % 64 + 192)).$((RANDOM % 254 + 1)).$((RANDOM % 254 + 1))
 
-exec {server}< <(exec "$bin/skuan-sim" --address "$host")
-server_pid=$!
+server_pid=
 trap 'kill "$server_pid" 2>/dev/null || true' EXIT
-if ! read -r -t 20 -u "$server" ready; then
-    echo "demo: the server did not say that it is ready" >&2
-    exit 1
-fi
-echo "skuan-sim: $ready"
+start_server() {
+    local ready
+    exec {server}< <(exec "$bin/skuan-sim" --address "$host")
+    server_pid=$!
+    if ! read -r -t 20 -u "$server" ready; then
+        echo "demo: the server did not say that it is ready" >&2
+        exit 1
+    fi
+    echo "skuan-sim: $ready"
+}
+start_server
 
-ask() {
+show_command() {
     printf '\n$ skuanctl --host %s' "$host"
     local word
     for word; do
         if [[ $word == *[^a-zA-Z0-9_=/.:,-]* ]]; then printf " '%s'" "$word"; else printf ' %s' "$word"; fi
     done
     printf '\n'
+}
+ask() {
+    show_command "$@"
     "$bin/skuanctl" --host "$host" --timeout 10 "$@"
 }
 ask info
@@ -39,7 +47,30 @@ ask list take B
 ask --count 3 reports A:speed B:listplay
 ask channel list A,B,C
 ask --json --count 2 reports A:timecode
+ask layout --board tansy3
 ask raw '<cmd><xid>1</xid><get_computer_name/></cmd>'
+
+# A session: one program that stays while its server does not.
+watch=(--count 4 config watch StationName)
+show_command "${watch[@]}"
+exec {watching}< <(exec "$bin/skuanctl" --host "$host" --listen 30 "${watch[@]}")
+seen() {
+    local line
+    if ! read -r -t 20 -u "$watching" line; then
+        echo "demo: the watch did not go on" >&2
+        exit 1
+    fi
+    echo "  $line"
+}
+seen
+ask config set StationName Harbour
+seen
+printf '\nThe server is killed, and started again; it has forgotten the name.\n'
+kill -KILL "$server_pid"
+start_server
+seen # the session has come back by itself, and looked again
+ask config set StationName Harbour
+seen
 
 echo
 echo "That was a program linked to libskuan.so, asking a server over TCP. What to try next:"
