@@ -116,7 +116,8 @@ QString meaning_of(const Word& word)
 
 QString keys_of(const VerbRow& verb)
 {
-    if (verb.stay == Stay::always)
+    const bool prints_reports = verb.make == make_watch || !*verb.shows;
+    if (verb.stay == Stay::always && prints_reports)
         return QStringLiteral("kind (report), name, values (by tag)");
     if (!*verb.command)
         return QString::fromUtf8(verb.shows);

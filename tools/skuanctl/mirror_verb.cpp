@@ -90,10 +90,11 @@ void MirrorVerb::report(const QString& name, const QString& value, const QJsonOb
         run_.done();
 }
 
-void MirrorVerb::take_error(KVRP3::ErrorMessage message, KVRP3::ErrorCode)
+void MirrorVerb::take_error(KVRP3::ErrorMessage message, KVRP3::ErrorCode code)
 {
     run_.fail(session_.is_connected()
-                  ? Failure{exit_server_error, QStringLiteral("the server answered: ") + QString(message), {}}
+                  ? Failure{exit_server_error, QStringLiteral("the server answered: ") + QString(message),
+                            QString(ErrorCode_to_string(code))}
                   : connection_lost(run_.host(), session_.error_text()));
 }
 
