@@ -522,8 +522,16 @@ TEST_F(Skuanctl, LooksIntoMirrors)
          "                 └─ output  1  key\n"
          "user channel  2 ─┬─ output  2  video\n"
          "                 └─ output  3  key\n"}, // user channels have gaps
+        {"config set ChannelConfigurationSet0 ISO2", 0, ""},
+        {"config set ChannelConfigurationSet1 absent", 0, ""},
+        {"config set ChannelConfigurationSet2 absent", 0, ""},
+        {"layout --board sorrel", 0,
+         "user channel  0 ─┬─ output  0  angle 0 video\n"
+         "                 └─ output  1  angle 1 video\n"
+         "user channel  2 ─── output  2  video\n"
+         "user channel  3 ─── output  3  video\n"},
         {"--json layout --board tansy1", 0,
-         R"({"board":"tansy1","sets":["VVVV","VVVV","VVVV"],"user_channels":)"
+         R"({"board":"tansy1","sets":["ISO2","absent","absent"],"user_channels":)"
          R"([{"4K":false,"angles":1,"key":[1],"user_channel":0,"video":[0]}]})"
          "\n"},
     };
