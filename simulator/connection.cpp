@@ -40,7 +40,6 @@ Connection::Connection(quint64 id, QTcpSocket* socket, const Shared& shared, QOb
     });
     session_.send = [this](const QByteArray& bytes) { send(bytes); };
     session_.overrun = [this] { Q_EMIT wire_.overrun(); };
-    refresh_faults();
 }
 
 Connection::~Connection()

@@ -52,7 +52,8 @@ public:
     QString peer() const; // "address:port"
     Session& session() { return session_; }
 
-    // Takes over changed faults at once, not only with the next command.
+    // Takes over changed faults at once, not only with the next command. It may end the connection: so the
+    // first ones wait until there is somebody to be told of it.
     void refresh_faults();
 
     // Bytes past the queue: reports, or whatever a test wants to send.

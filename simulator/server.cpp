@@ -168,6 +168,7 @@ void Server::Private::take(QTcpSocket* socket)
     QObject::connect(connection, &Connection::received, &self,
                      [this, id](const Element& message) { Q_EMIT self.command(id, message); });
     Q_EMIT self.client_connected(id);
+    connection->refresh_faults(); // may end it at once
 }
 
 void Server::Private::gone(Connection* connection)

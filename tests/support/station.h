@@ -4,9 +4,9 @@
 #include <simulator/server_thread.h>
 #include <support/loopback_address.h>
 
-#include <gtest/gtest.h>
-
 #include <QHostAddress>
+
+#include <stdexcept>
 
 namespace support {
 
@@ -15,7 +15,8 @@ class Station
 public:
     explicit Station(simulator::Settings settings = {}) : thread_(placed(settings, address_))
     {
-        EXPECT_TRUE(thread_.start()) << thread_.error_text().toStdString();
+        if (!thread_.start())
+            throw std::runtime_error(thread_.error_text().toStdString());
     }
     explicit Station(const simulator::Faults& faults) : Station(simulator::Settings{.faults = faults}) {}
     /// A server that gives itself this name.
