@@ -2,6 +2,7 @@
 #include <skuan/protocol/kvrp3_api_command.h>
 
 #include <skuan/foundation/portable_mutex.h>
+#include <skuan/protocol/kvrp3_kinds_p.h>
 
 #include <algorithm>
 #include <cstring>
@@ -57,8 +58,9 @@ void APICommand::send(const XMLTree& message)
     send_debug_hook_.run(message);
     const PortableMutexLock lock(*send_lock_);
     // A sink that fails commands may have their callbacks send in the midst of this message.
-    ChunkBuffer buffer([this, message_number = ++messages_](const char* data, unsigned n) {
+    ChunkBuffer buffer([this, &message, message_number = ++messages_](const char* data, unsigned n) {
         message_in_hand_ = message_number;
+        tree_in_hand_ = &message;
         send(data, n);
     });
     using Buffer = decltype(buffer);
@@ -73,6 +75,11 @@ void APICommand::send(const XMLTree& message)
         buffer.flush();
     } catch (...) {
     }
+}
+
+const AString& APICommand::xid_in_hand() const
+{
+    return tree_in_hand_->get_subnode(name<"xid">()).get_content();
 }
 
 } // namespace KVRP3

@@ -148,11 +148,12 @@ void APIQt::begin_stream()
     impl_->reset_stream();
 }
 
-// First the number: a command that is entered meanwhile either fails with the others or has a later one.
+// A callback may turn to an event loop of its own, where commands arrive that are about to fail: so they have
+// failed before. Afterwards those have too that the callbacks issued.
 void APIQt::fail_stream()
 {
-    ++stream_;
-    fail_all_pending_commands();
+    last_failed_ = PendingTable::last_number();
+    last_failed_ = impl_->fail_all();
 }
 
 bool APIQt::is_connected() const
@@ -199,9 +200,9 @@ Traffic APIQt::traffic() const
     return traffic;
 }
 
-unsigned APIQt::message_in_hand() const
+std::uint64_t APIQt::command_in_hand() const
 {
-    return impl_->message_in_hand();
+    return impl_->command_in_hand();
 }
 
 void APIQt::set_send_debug_hook(AFunction1<const XMLTree&> hook)

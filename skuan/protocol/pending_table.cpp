@@ -1,10 +1,28 @@
 // The life of an entry, apart from its types.
 #include <skuan/protocol/pending_table_p.h>
 
+#include <atomic>
+
 namespace KVRP3 {
 
-/// One count for the whole process, so that an xid tells a command apart in any log.
-static AtomicUnsigned last_xid;
+/// One count for the whole process, so that an xid, its lower half, tells a command apart in any log.
+static std::atomic<std::uint64_t> commands{0};
+
+std::uint64_t PendingTable::last_number()
+{
+    return commands;
+}
+
+std::uint64_t PendingTable::number_of(const AString& xid)
+{
+    std::uint32_t lower = 0;
+    for (const AChar c : xid) {
+        if (c.is_digit())
+            lower = lower * 10 + (c.ord() - '0');
+    }
+    const std::uint64_t last = commands;
+    return last - static_cast<std::uint32_t>(last - lower);
+}
 
 std::uint64_t PendingTable::key_of(const AString& xid)
 {
@@ -25,7 +43,7 @@ AString PendingTable::unused_xid() const
 {
     AString xid;
     do {
-        xid = AString::from_uint32_t(++last_xid, 0, ' ');
+        xid = AString::from_uint32_t(static_cast<std::uint32_t>(++commands), 0, ' ');
     } while (entries_.count(key_of(xid)) != 0); // only once the count has wrapped
     return xid;
 }
@@ -42,13 +60,13 @@ unsigned PendingTable::size() const
     return static_cast<unsigned>(entries_.size());
 }
 
-void PendingTable::fail_all()
+std::uint64_t PendingTable::fail_all()
 {
     // Without this, a callback that sends on the dead connection would come back here without end; the
     // loop below finds the entry that it made. Nor does a second thread wait for the lock, which it
     // might be holding a send lock against.
     if (!failing_.cas(0, 1))
-        return;
+        return last_number();
     const PortableMutexLock lock(lock_);
     while (!entries_.empty()) {
         // Out of the table only after the callback, as with a reply; a callback may also forget it.
@@ -59,6 +77,7 @@ void PendingTable::fail_all()
         entries_.erase(key);
     }
     failing_.set(0);
+    return last_number();
 }
 
 } // namespace KVRP3

@@ -34,8 +34,16 @@ public:
     void fire(const AString& xid, Effect effect, Values... values);
 
     bool forget(const AString& xid);
-    void fail_all();
+    /// Gives the number of the last command that it has failed: what is entered from then on has a higher
+    /// one.
+    std::uint64_t fail_all();
     unsigned size() const;
+
+    /// Which command it was that got this xid, for one of the last 4 billion: a number that rises with each
+    /// command of the process, with or without callbacks.
+    static std::uint64_t number_of(const AString& xid);
+    /// The number of the last command.
+    static std::uint64_t last_number();
 
 private:
     // By a number whose order is the text order of the xids, which is the order in which `fail_all`

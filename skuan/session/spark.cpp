@@ -161,18 +161,13 @@ void Spark::unrequest(unsigned channel, KVRP3::ChannelReportType type)
 
 void Spark::send(const void* data, unsigned length)
 {
-    // All chunks of a message are of the stream in which it began: a new connection gets none of their rest.
-    if (message_ != message_in_hand()) {
-        message_ = message_in_hand();
-        message_stream_ = stream();
-    }
     Q_EMIT indirect_send(QByteArray(static_cast<const char*>(data), static_cast<int>(length)),
-                         message_stream_);
+                         command_in_hand());
 }
 
-void Spark::slot_indirect_send(const QByteArray& bytes, unsigned of_stream)
+// Also the rest of a message whose beginning went to a connection that has ended: a new one gets none of it.
+void Spark::slot_indirect_send(const QByteArray& bytes, quint64 command)
 {
-    if (of_stream != 0 && of_stream != stream())
-        return;
-    KVRP3::APIQt::send(bytes.constData(), static_cast<unsigned>(bytes.size()));
+    if (!has_failed(command))
+        KVRP3::APIQt::send(bytes.constData(), static_cast<unsigned>(bytes.size()));
 }

@@ -89,16 +89,16 @@ public:
     const SparkStatus* status() const { return status_; }
 
 Q_SIGNALS:
-    /// Internal: the hop to the session's thread. The bytes are dropped if `stream` has come to its end; 0 is
-    /// any.
-    void indirect_send(const QByteArray& bytes, unsigned stream = 0);
+    /// Internal: the hop to the session's thread. The bytes are dropped if the command of that number has
+    /// failed.
+    void indirect_send(const QByteArray& bytes, quint64 command = ~quint64(0));
 
 protected:
     void send(const void* data, unsigned length) override;
 
 private Q_SLOTS:
     void slot_connected();
-    void slot_indirect_send(const QByteArray& bytes, unsigned stream);
+    void slot_indirect_send(const QByteArray& bytes, quint64 command);
     void stay_connected();
 
 private:
@@ -114,9 +114,6 @@ private:
     bool melt_notification_required_ = false;
     bool export_notification_required_ = false;
     std::array<unsigned, most_counted_channels> notification_counts_{};
-    // The message that is being sent, under the send lock.
-    unsigned message_ = 0;
-    unsigned message_stream_ = 0;
     ATimer* attempts_ = nullptr; ///< a child, as are all that follow
     std::uint64_t generation_ = 0;
     QPointer<CFModel> cf_model_;

@@ -174,24 +174,38 @@ TEST_F(Spark, takes_commands_of_other_threads_and_sends_none_that_has_failed)
         void error(AString, KVRP3::ErrorCode) { ++errors; }
     } answers;
     const auto set = [&](const char* key) {
-        std::thread([&] { // 5000 bytes: several chunks
+        return std::thread([&, key] { // 5000 bytes: several chunks
             spark.cmd_userdict_set(AString(key), AString(std::string(5000, 'v')),
                                    AFunction::member<&Answers::ok>(&answers),
                                    AFunction2<AString, KVRP3::ErrorCode>::member<&Answers::error>(&answers));
-        })
-            .join();
+        });
     };
-    set("taken");
+    set("taken").join();
     wait_until([&] { return answers.thread != nullptr; });
     EXPECT_EQ(answers.thread, spark.thread());
 
-    set("stale"); // still on its way to this thread
+    set("stale").join(); // still on its way to this thread
+    struct Gate
+    {
+        std::atomic<bool> reached{false}, open{false};
+        void pass(const XMLTree&)
+        {
+            for (bool first = !reached.exchange(true); first && !open;)
+                std::this_thread::yield();
+        }
+    } gate;
+    spark.set_send_debug_hook(AFunction1<const XMLTree&>::member<&Gate::pass>(&gate));
+    std::thread slow = set("stale too"); // entered, but not on its way
+    while (!gate.reached)
+        std::this_thread::yield();
     spark.reconnect();
-    EXPECT_EQ(answers.errors, 1);
+    EXPECT_EQ(answers.errors, 2);
     wait_for_connection(2);
+    gate.open = true;
+    slow.join();
     told();
     EXPECT_FALSE(server->state().contains("stale"));
-    EXPECT_EQ(answers.errors, 1);
+    EXPECT_EQ(answers.errors, 2);
     EXPECT_EQ(server->counters().malformed, 0u);
 }
 
