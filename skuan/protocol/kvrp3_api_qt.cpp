@@ -48,36 +48,80 @@ APIQt::~APIQt()
     delete socket_;
 }
 
-void APIQt::renew_socket()
+/// All that a program does by way of a socket's signals, even in an event loop of its own, it does while one
+/// of these lives. A socket that it leaves meanwhile has to stay until the signal has come to its end.
+class APIQt::Telling
 {
-    // Not the old one again: it may be in the midst of telling that its connection has ended, and would
-    // afterwards sweep a new one away with the old.
-    if (socket_)
-        socket_->deleteLater();
-    socket_ = new QTcpSocket(this);
-    socket_->setReadBufferSize(socket_buffer);
-    listen_to_socket();
+public:
+    explicit Telling(APIQt* api) : api_(api) { ++api_->telling_; }
+    ~Telling()
+    {
+        if (--api_->telling_ == 0 && !api_->left_sockets_.empty())
+            QMetaObject::invokeMethod(api_, &APIQt::delete_left_sockets, Qt::QueuedConnection);
+    }
+    Telling(const Telling&) = delete;
+    Telling& operator=(const Telling&) = delete;
+
+private:
+    APIQt* const api_;
+};
+
+void APIQt::delete_left_sockets()
+{
+    if (telling_ == 0)
+        qDeleteAll(std::exchange(left_sockets_, {}));
 }
 
-void APIQt::listen_to_socket()
+void APIQt::renew_socket()
 {
-    const auto note = [this] { connected_ = socket_->state() == QAbstractSocket::ConnectedState; };
-    note();
-    connect(socket_, &QAbstractSocket::stateChanged, this, note);
+    // Not the old one again: it may be in the midst of telling something, and would afterwards go on with
+    // the new connection as if it were the old one.
+    if (socket_) {
+        socket_->disconnect(this);
+        left_sockets_.push_back(socket_);
+        delete_left_sockets();
+    }
+    connected_ = false;
+    socket_ = new QTcpSocket(this);
+    socket_->setReadBufferSize(socket_buffer);
+    connect(socket_, &QAbstractSocket::stateChanged, this, &APIQt::tell_state);
+    connect(socket_, &QAbstractSocket::readyRead, this, &APIQt::slot_readyRead);
+    connect(socket_, &QAbstractSocket::connected, this, &APIQt::tell_connected);
+    connect(socket_, &QAbstractSocket::disconnected, this, &APIQt::tell_disconnected);
+}
+
+// Whoever is told of something first may change it before the next one is told.
+
+void APIQt::tell_state(QAbstractSocket::SocketState state)
+{
+    connected_ = state == QAbstractSocket::ConnectedState;
     if (cut_off_)
         return;
-    connect(socket_, &QAbstractSocket::stateChanged, this, &APIQt::slot_stateChanged);
-    connect(socket_, &QAbstractSocket::readyRead, this, &APIQt::slot_readyRead);
-    connect(socket_, &QAbstractSocket::connected, this, &APIQt::connected);
-    connect(socket_, &QAbstractSocket::disconnected, this, &APIQt::disconnected);
-    connect(socket_, &QAbstractSocket::stateChanged, this, &APIQt::stateChanged);
+    const Telling telling(this);
+    const QTcpSocket* const socket = socket_;
+    slot_stateChanged(state);
+    if (socket == socket_ && socket->state() == state)
+        Q_EMIT stateChanged(state);
+}
+
+void APIQt::tell_connected()
+{
+    const Telling telling(this);
+    if (connected_ && !cut_off_ && !std::exchange(told_connected_, true))
+        Q_EMIT connected();
+}
+
+void APIQt::tell_disconnected()
+{
+    const Telling telling(this);
+    if (std::exchange(told_connected_, false))
+        Q_EMIT disconnected();
 }
 
 void APIQt::cut_off_socket()
 {
     cut_off_ = true;
-    socket_->disconnect();
-    listen_to_socket();
+    told_connected_ = false;
 }
 
 void APIQt::connect_to_server(const QHostAddress& address)
@@ -103,9 +147,24 @@ bool APIQt::abandon()
 {
     const unsigned request = ++requests_;
     begin_stream();
-    if (request == requests_)
+    if (request == requests_ && !end_attempt())
         socket_->abort();
+    if (request == requests_)
+        tell_disconnected();
     return request == requests_;
+}
+
+// Not with the socket's own means: it may be in the midst of telling of its attempt, and would go on with
+// what is gone then.
+bool APIQt::end_attempt()
+{
+    const auto state = socket_->state();
+    if (state != QAbstractSocket::HostLookupState && state != QAbstractSocket::ConnectingState)
+        return false;
+    renew_socket();
+    if (!cut_off_)
+        Q_EMIT stateChanged(QAbstractSocket::UnconnectedState);
+    return true;
 }
 
 void APIQt::open()
@@ -113,10 +172,12 @@ void APIQt::open()
     if (!abandon())
         return;
     renew_socket();
-    if (const QString* name = std::get_if<QString>(&target_))
-        socket_->connectToHost(*name, server_port, QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
-    else
-        socket_->connectToHost(std::get<QHostAddress>(target_), server_port, QIODevice::ReadWrite);
+    if (const auto* address = std::get_if<QHostAddress>(&target_)) {
+        socket_->connectToHost(*address, server_port, QIODevice::ReadWrite);
+        return;
+    }
+    const QString name = std::get<QString>(target_); // a slot may choose another one in the midst of this
+    socket_->connectToHost(name, server_port, QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
 }
 
 void APIQt::disconnect_from_server()
@@ -133,11 +194,7 @@ void APIQt::drop_connection()
         return;
     if (socket_->isOpen())
         socket_->readAll(); // the rest of the stream that has just ended
-    // Left to itself, an attempt would have to succeed before it ended.
-    const auto state = socket_->state();
-    if (state == QAbstractSocket::HostLookupState || state == QAbstractSocket::ConnectingState)
-        socket_->abort();
-    else
+    if (!end_attempt())     // left to itself, it would have to succeed before it ended
         socket_->disconnectFromHost();
 }
 
@@ -225,6 +282,9 @@ void APIQt::slot_stateChanged(QAbstractSocket::SocketState state)
 
 void APIQt::slot_readyRead()
 {
+    if (cut_off_)
+        return;
+    const Telling telling(this);
     feed_parser();
     slot_xmlReady();
 }

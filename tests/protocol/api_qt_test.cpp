@@ -136,17 +136,17 @@ TEST_F(APIQt, may_be_turned_round_from_any_slot_or_callback)
     const std::function<void()> reconnect = [&] { client.connect_to_server(first.address()); };
     const std::function<void()> reports = [&] { first->send_raw(report("a") + report("b") + report("c")); };
     const std::function<void()> bad_xml = [&] { first->send_raw("<report><a></b></report>"); };
-    enum Where { in_error, in_disconnected, in_state, in_report };
+    enum Where { in_error, in_disconnected, in_report };
     const struct
     {
         const std::function<void()>& act;
         std::vector<Where> places;
     } rows[] = {
-        {drop, {in_error, in_disconnected, in_state}},
-        {leave, {in_error, in_disconnected, in_state}},
-        {reconnect, {in_error, in_disconnected, in_state}},
+        {drop, {in_error, in_disconnected}},
+        {leave, {in_error, in_disconnected}},
+        {reconnect, {in_error, in_disconnected}},
         {reports, {in_report}},
-        {bad_xml, {in_error, in_state}},
+        {bad_xml, {in_error}},
     };
     const auto turn_round = [&](const std::function<void()>& act, Where where) {
         first->set_faults({});
@@ -165,8 +165,6 @@ TEST_F(APIQt, may_be_turned_round_from_any_slot_or_callback)
             client.cmd_sync({}, AFunction2<AString, KVRP3::ErrorCode>::ref(on_error));
         if (where == in_disconnected)
             QObject::connect(&client, &KVRP3::APIQt::disconnected, &scope, turn);
-        if (where == in_state)
-            QObject::connect(&client, &KVRP3::APIQt::stateChanged, &scope, turn);
         if (where == in_report)
             QObject::connect(&client, &KVRP3::APIQt::report_clip_created, &scope, turn);
         act();
@@ -179,6 +177,43 @@ TEST_F(APIQt, may_be_turned_round_from_any_slot_or_callback)
         for (const Where where : row.places) {
             SCOPED_TRACE(testing::Message() << "row " << &row - rows << ", place " << where);
             turn_round(row.act, where);
+        }
+}
+
+// Also when a slot keeps the signal from coming to its end, as one does that shows a message.
+TEST_F(APIQt, may_be_turned_round_in_every_state_that_it_comes_to)
+{
+    Station first("first"), second("second");
+    for (const bool in_event_loop : {false, true})
+        for (int state = QAbstractSocket::UnconnectedState; state <= QAbstractSocket::ClosingState; ++state) {
+            if (state == QAbstractSocket::BoundState || state == QAbstractSocket::ListeningState)
+                continue;
+            SCOPED_TRACE(testing::Message() << "state " << state << ", in event loop " << in_event_loop);
+            const bool at_the_end =
+                state == QAbstractSocket::UnconnectedState || state == QAbstractSocket::ClosingState;
+            client.disconnect_from_server();
+            wait_until([&] { return client.socket_state() == QAbstractSocket::UnconnectedState; });
+            client.events.clear();
+            if (at_the_end)
+                connect_to(first);
+            bool done = false;
+            const auto turn = [&] { client.connect_to_server(second.address().toString()); };
+            QObject scope;
+            QObject::connect(
+                &client, &KVRP3::APIQt::stateChanged, &scope, [&](QAbstractSocket::SocketState reached) {
+                    if (reached != state || std::exchange(done, true))
+                        return;
+                    if (!in_event_loop)
+                        return turn();
+                    QTimer::singleShot(0, &scope, turn);
+                    wait_until([&] { return client.is_connected() && second->counters().connected == 1; });
+                    settle();
+                });
+            at_the_end ? client.disconnect_from_server() : client.connect_to_server(first.address());
+            wait_until([&] { return done && client.is_connected(); });
+            expect_answer("second");
+            EXPECT_EQ(client.events, at_the_end ? "+-+" : "+");
+            wait_until([&] { return first->counters().connected == 0; });
         }
 }
 
