@@ -82,6 +82,7 @@ void APIQt::renew_socket()
         delete_left_sockets();
     }
     connected_ = false;
+    sent_no_messages_ = false;
     socket_ = new QTcpSocket(this);
     socket_->setReadBufferSize(socket_buffer);
     connect(socket_, &QAbstractSocket::stateChanged, this, &APIQt::tell_state);
@@ -225,6 +226,8 @@ QAbstractSocket::SocketState APIQt::socket_state() const
 
 QString APIQt::error_text() const
 {
+    if (sent_no_messages_)
+        return QStringLiteral("the server sent bytes that are no messages");
     return socket_->error() == QAbstractSocket::UnknownSocketError ? QString() : socket_->errorString();
 }
 
@@ -317,6 +320,7 @@ void APIQt::slot_xmlReady()
         if (!parse_intercept(message))
             impl_->parse(message);
     }
+    sent_no_messages_ = true;
     drop_connection();
 }
 
