@@ -96,9 +96,10 @@ bool CFChannelConfig::isUserChannel(unsigned user_channel) const
 std::vector<unsigned> CFChannelConfig::AllUserChannels() const
 {
     constexpr unsigned most_user_channels = 12;
+    const ChannelConfigSpec now = spec(); // other threads may edit meanwhile
     std::vector<unsigned> result;
     for (unsigned user_channel = 0; user_channel < most_user_channels; ++user_channel)
-        if (isUserChannel(user_channel))
+        if (!now.AllOutputs(user_channel, false).empty())
             result.push_back(user_channel);
     return result;
 }

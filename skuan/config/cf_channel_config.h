@@ -52,8 +52,8 @@ public:
     /// Those from 0 to 11, in rising order.
     std::vector<unsigned> AllUserChannels() const;
 
-    /// Of set 0, 1 or 2; unknown, with a report, for any other. A set is absent whatever its text as long as
-    /// nothing else is allowed for it.
+    /// Of set 0, 1 or 2; unknown, with a report, for any other. A set is absent whatever its text if at most
+    /// two texts are allowed for it and neither names a present configuration: none at all, too.
     ChannelConfig get(unsigned set) const;
     /// Whether pictures of the configuration are stereo pairs.
     static bool is3D(ChannelConfig config);
