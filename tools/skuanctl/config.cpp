@@ -7,6 +7,7 @@
 #include <QJsonArray>
 
 #include <map>
+#include <utility>
 
 namespace {
 
@@ -70,25 +71,19 @@ public:
     using Config::Config;
 
 private:
-    bool ask() override
-    {
-        Config::ask();
-        for (CFItemModel* item : items_)
-            watch(item);
-        return true;
-    }
-
     void know() override
     {
-        if (!items_.empty()) {
-            if (has_all())
-                stay();
-            return;
+        if (items_.empty())
+            session_.cmd_get_configuration(
+                AFunction::member<&ConfigWatch::stay>(this),
+                AFunction1<KVRP3::ConfigurationItem>::member<&ConfigWatch::take_listed>(this),
+                AFunction2<KVRP3::ErrorMessage, KVRP3::ErrorCode>::member<&ConfigWatch::take_error>(this));
+        else if (has_all()) {
+            for (CFItemModel* item : items_)
+                if (watch(item))
+                    show(item);
+            stay();
         }
-        session_.cmd_get_configuration(
-            AFunction::member<&ConfigWatch::stay>(this),
-            AFunction1<KVRP3::ConfigurationItem>::member<&ConfigWatch::take_listed>(this),
-            AFunction2<KVRP3::ErrorMessage, KVRP3::ErrorCode>::member<&ConfigWatch::take_error>(this));
     }
 
     void take_listed(KVRP3::ConfigurationItem listed)
@@ -98,23 +93,21 @@ private:
         watch(item);
     }
 
-    void watch(CFItemModel* item)
+    /// False if it is watched already.
+    bool watch(CFItemModel* item)
     {
-        if (item->have_cf())
-            shown_[item] = item->get();
+        if (!shown_.emplace(item, item->get()).second)
+            return false;
         QObject::connect(item, qOverload<QString>(&CFItemModel::changed), &session_,
-                         [this, item](const QString& value) { show(item, value); });
+                         [this, item](const QString& value) {
+                             // Not everything that changes about an item is its value.
+                             if (std::exchange(shown_[item], value) != value)
+                                 show(item);
+                         });
+        return true;
     }
 
-    // Not everything that changes about an item is its value.
-    void show(CFItemModel* item, const QString& value)
-    {
-        const auto [shown, is_first] = shown_.emplace(item, value);
-        if (!is_first && shown->second == value)
-            return;
-        shown->second = value;
-        report(item->get_name(), value, object_of(*item));
-    }
+    void show(const CFItemModel* item) { report(item->get_name(), item->get(), object_of(*item)); }
 
     std::map<CFItemModel*, QString> shown_;
 };

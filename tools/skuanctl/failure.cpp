@@ -35,6 +35,11 @@ Failure cannot_connect(const QString& place, const QString& why)
             {}};
 }
 
+Failure cannot_find(const QString& host, const QString& why)
+{
+    return {exit_cannot_connect, QStringLiteral("cannot find host %1: %2").arg(host, why), {}};
+}
+
 Failure no_answer(const QString& place, std::chrono::milliseconds within)
 {
     return {exit_timed_out, QStringLiteral("%1 gave no answer within %2").arg(place, in_seconds(within)), {}};

@@ -29,6 +29,7 @@ struct Failure
 // Of a connection; `place` says who is meant.
 
 Failure cannot_connect(const QString& place, const QString& why);
+Failure cannot_find(const QString& host, const QString& why);
 Failure no_answer(const QString& place, std::chrono::milliseconds within);
 Failure connection_lost(const QString& place, const QString& why);
 

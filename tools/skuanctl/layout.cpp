@@ -4,6 +4,7 @@
 #include <skuanctl/run.h>
 
 #include <skuan/config/cf_channel_config.h>
+#include <skuan/config/cf_model.h>
 
 #include <QJsonArray>
 
@@ -26,12 +27,13 @@ QJsonObject object_of(const ChannelConfigSpec& spec)
     QJsonArray sets, channels;
     for (const ConfigType type : spec.values)
         sets.append(QString(ConfigType_to_string(type)));
-    for (const unsigned channel : user_channels(spec))
-        channels.append(QJsonObject{{"user_channel", static_cast<int>(channel)},
-                                    {"angles", static_cast<int>(spec.get_angle_count(channel))},
-                                    {"4K", spec.is4K(channel)},
-                                    {"video", numbers(spec.AllOutputs(channel, false))},
-                                    {"key", numbers(spec.AllOutputs(channel, true))}});
+    for (const unsigned channel : user_channels(spec)) {
+        QJsonArray angles;
+        for (const AngleOutputs& angle : angles_of(spec, channel))
+            angles.append(QJsonObject{{"video", numbers(angle.video)}, {"key", numbers(angle.key)}});
+        channels.append(QJsonObject{
+            {"user_channel", static_cast<int>(channel)}, {"is_4K", spec.is4K(channel)}, {"angles", angles}});
+    }
     return {{"board", QString(BoardType_to_string(spec.board))}, {"sets", sets}, {"user_channels", channels}};
 }
 
@@ -57,12 +59,14 @@ private:
         if (board_ != BoardType_invalid)
             spec.board = board_;
         if (spec.board == BoardType_invalid)
+            return run_.fail({exit_server_error,
+                              QStringLiteral("the server does not tell which board it has; say it with "
+                                             "--board, one of %1")
+                                  .arg(board_names),
+                              {}});
+        if (!session_.cf_model()->get_item(QStringLiteral("ChannelConfigurationSet0"))->have_cf())
             return run_.fail(
-                {exit_server_error,
-                 QStringLiteral("the server does not tell which board it has; say it with --board, "
-                                "one of %1")
-                     .arg(board_names),
-                 {}});
+                {exit_server_error, QStringLiteral("the server does not tell how its channels are set"), {}});
         run_.lines(layout_drawing(spec), object_of(spec));
         run_.done();
     }

@@ -6,58 +6,58 @@
 #include <algorithm>
 #include <cstddef>
 
+using ChannelCF::ChannelConfigSpec;
+
 namespace {
 
-struct Output
+using Outputs = std::vector<unsigned>;
+
+/// The outputs of each angle of those that have any: from its primary one to that of the next.
+std::vector<Outputs> by_angle(const ChannelConfigSpec& spec, unsigned user_channel, bool key)
 {
-    unsigned number;
-    std::size_t angle;
-    bool key;
-    std::size_t part, parts; // of the outputs that make one picture; parts counted from 0
+    const Outputs all = spec.AllOutputs(user_channel, key);
+    const Outputs primary = spec.PrimaryAngleOutputs(user_channel, key);
+    std::vector<Outputs> angles;
+    for (auto next = primary.begin(); next != primary.end();) {
+        const auto begin = std::find(all.begin(), all.end(), *next);
+        const auto end = ++next == primary.end() ? all.end() : std::find(begin, all.end(), *next);
+        angles.emplace_back(begin, end);
+    }
+    return angles;
+}
+
+/// An output, and what it shows.
+struct Fed
+{
+    unsigned output;
+    QString by;
 };
 
-/// The outputs of one kind, angle by angle: an angle goes from its primary output to the next one's.
-void add_outputs(const ChannelCF::ChannelConfigSpec& spec, unsigned user_channel, bool key,
-                 std::vector<Output>& outputs)
+std::vector<Fed> fed_by(const ChannelConfigSpec& spec, unsigned user_channel)
 {
-    const std::vector<unsigned> all = spec.AllOutputs(user_channel, key);
-    const std::vector<unsigned> primary = spec.PrimaryAngleOutputs(user_channel, key);
-    for (std::size_t angle = 0; angle < primary.size(); ++angle) {
-        const auto begin = std::find(all.begin(), all.end(), primary[angle]);
-        const auto end =
-            angle + 1 < primary.size() ? std::find(begin, all.end(), primary[angle + 1]) : all.end();
-        const auto parts = static_cast<std::size_t>(end - begin);
-        for (std::size_t part = 0; part < parts; ++part)
-            outputs.push_back({begin[static_cast<std::ptrdiff_t>(part)], angle, key, part, parts});
-    }
-}
-
-std::vector<Output> outputs_of(const ChannelCF::ChannelConfigSpec& spec, unsigned user_channel)
-{
-    std::vector<Output> outputs;
-    for (const bool key : {false, true})
-        add_outputs(spec, user_channel, key, outputs);
-    std::stable_sort(outputs.begin(), outputs.end(),
-                     [](const Output& a, const Output& b) { return a.angle < b.angle; });
-    return outputs;
-}
-
-QString shown(const Output& output, bool many_angles, bool is_4K)
-{
-    QStringList words;
-    if (is_4K)
-        words += QStringLiteral("4K");
-    if (many_angles)
-        words += QStringLiteral("angle %1").arg(output.angle);
-    words += output.key ? QStringLiteral("key") : QStringLiteral("video");
-    if (output.parts > 1)
-        words += QStringLiteral("%1 of %2").arg(output.part + 1).arg(output.parts);
-    return words.join(' ');
+    const std::vector<AngleOutputs> angles = angles_of(spec, user_channel);
+    std::vector<Fed> all;
+    for (std::size_t angle = 0; angle < angles.size(); ++angle)
+        for (const bool key : {false, true}) {
+            const Outputs& outputs = key ? angles[angle].key : angles[angle].video;
+            for (std::size_t i = 0; i < outputs.size(); ++i) {
+                QStringList words;
+                if (spec.is4K(user_channel))
+                    words += QStringLiteral("4K");
+                if (angles.size() > 1)
+                    words += QStringLiteral("angle %1").arg(angle);
+                words += key ? QStringLiteral("key") : QStringLiteral("video");
+                if (outputs.size() > 1) // which make one picture
+                    words += QStringLiteral("%1 of %2").arg(i + 1).arg(outputs.size());
+                all.push_back({outputs[i], words.join(' ')});
+            }
+        }
+    return all;
 }
 
 } // namespace
 
-std::vector<unsigned> user_channels(const ChannelCF::ChannelConfigSpec& spec)
+std::vector<unsigned> user_channels(const ChannelConfigSpec& spec)
 {
     constexpr unsigned most = 12;
     std::vector<unsigned> channels;
@@ -67,20 +67,26 @@ std::vector<unsigned> user_channels(const ChannelCF::ChannelConfigSpec& spec)
     return channels;
 }
 
-QStringList layout_drawing(const ChannelCF::ChannelConfigSpec& spec)
+std::vector<AngleOutputs> angles_of(const ChannelConfigSpec& spec, unsigned user_channel)
+{
+    const std::vector<Outputs> videos = by_angle(spec, user_channel, false);
+    const std::vector<Outputs> keys = by_angle(spec, user_channel, true); // of all angles, or of none
+    std::vector<AngleOutputs> angles(videos.size());
+    for (std::size_t i = 0; i < angles.size(); ++i)
+        angles[i] = {videos[i], i < keys.size() ? keys[i] : Outputs()};
+    return angles;
+}
+
+QStringList layout_drawing(const ChannelConfigSpec& spec)
 {
     QStringList lines;
     for (const unsigned user_channel : user_channels(spec)) {
-        const std::vector<Output> outputs = outputs_of(spec, user_channel);
-        const bool many_angles = spec.get_angle_count(user_channel) > 1;
+        const std::vector<Fed> all = fed_by(spec, user_channel);
         QString head = QStringLiteral("user channel %1 ─").arg(user_channel, 2);
-        for (const Output& output : outputs) {
-            const bool first = &output == &outputs.front(), last = &output == &outputs.back();
+        for (const Fed& one : all) {
+            const bool first = &one == &all.front(), last = &one == &all.back();
             const QString branch = first ? (last ? "─" : "┬") : (last ? "└" : "├");
-            lines += QStringLiteral("%1%2─ output %3  %4")
-                         .arg(head, branch)
-                         .arg(output.number, 2)
-                         .arg(shown(output, many_angles, spec.is4K(user_channel)));
+            lines += QStringLiteral("%1%2─ output %3  %4").arg(head, branch).arg(one.output, 2).arg(one.by);
             head.fill(' ');
         }
     }

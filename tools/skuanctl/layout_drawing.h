@@ -10,6 +10,15 @@
 /// The user channels that have an output, in rising order; there may be gaps.
 std::vector<unsigned> user_channels(const ChannelCF::ChannelConfigSpec& spec);
 
+/// The outputs of one angle, the primary ones first.
+struct AngleOutputs
+{
+    std::vector<unsigned> video, key;
+};
+
+/// Of each angle of the user channel.
+std::vector<AngleOutputs> angles_of(const ChannelCF::ChannelConfigSpec& spec, unsigned user_channel);
+
 /// The lines of it: each user channel with its outputs, and what each output shows. One line that says so
 /// for a board without any.
 ///

@@ -44,7 +44,7 @@ void Link::open()
         if (state_ != looking_up)
             return;
         if (found.error() != QHostInfo::NoError)
-            return fail_to_find(found.errorString());
+            return fail(cannot_find(host_, found.errorString()));
         QStringList addresses;
         for (const QHostAddress& one : found.addresses())
             addresses += one.toString();
@@ -74,7 +74,7 @@ void Link::read()
         at += static_cast<int>(taken);
         take_messages();
         if (engine_.parse_error() || taken == 0) // no room: a message without an end
-            return lose(QStringLiteral("it sent bytes that are no messages"));
+            return lose(QStringLiteral("the server sent bytes that are no messages"));
     }
 }
 
@@ -113,7 +113,7 @@ void Link::on_timeout()
     const QString within = QStringLiteral("no answer within ") + in_seconds(limit_);
     switch (state_) {
     case looking_up:
-        return fail_to_find(within);
+        return fail(cannot_find(host_, within));
     case connecting:
         return fail(cannot_connect(place_, within));
     case connected_to_server:
@@ -121,11 +121,6 @@ void Link::on_timeout()
     case over:
         return;
     }
-}
-
-void Link::fail_to_find(const QString& why)
-{
-    fail({exit_cannot_connect, QStringLiteral("cannot find host %1: %2").arg(host_, why), {}});
 }
 
 void Link::lose(const QString& why)

@@ -47,7 +47,6 @@ private:
     void on_unconnected();
     void on_timeout();
     void fail(const Failure& failure);
-    void fail_to_find(const QString& why);
     void lose(const QString& why);
 
     const QString host_;
