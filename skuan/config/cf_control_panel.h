@@ -5,6 +5,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QSet>
 #include <QString>
 
@@ -12,8 +13,8 @@ class CFControlPanelItem;
 class CFItemModel;
 class CFModel;
 
-/// Follows the configuration, edits included. Lives on the model's thread, all of it, and not longer than
-/// the model.
+/// Follows the configuration, edits included. Lives on the model's thread, all of it. Once the model has
+/// ended there are no panels.
 class SKUAN_EXPORT CFControlPanel : public QObject
 {
     Q_OBJECT
@@ -33,9 +34,9 @@ public:
     QSet<unsigned> get_channels(unsigned index) const;
 
 Q_SIGNALS:
-    void count_changed();
+    void count_changed(); ///< `size` may have become another; of keyboards and channels nothing is told
 
 private:
     QList<CFControlPanelItem*> items_; ///< children
-    CFItemModel* count_ = nullptr;
+    QPointer<CFItemModel> count_;
 };

@@ -90,7 +90,8 @@ CFModel::~CFModel()
 {
     CFModel* self = this;
     the_localhost.compare_exchange_strong(self, nullptr);
-    qDeleteAll(items()); // those too that have not become children yet
+    // Those too that have not become children yet. Whoever is told of their end finds none of them here.
+    qDeleteAll(std::exchange(data_.lock()->items, {}));
 }
 
 void CFModel::config(APIQt* api)
@@ -99,7 +100,7 @@ void CFModel::config(APIQt* api)
         assertfail(__FILE__, __LINE__, "api == 0");
         return;
     }
-    if (!api)
+    if (!api || !SKUAN_CHECK(api->thread() == thread()))
         return;
     api_ = api;
     setParent(api);
@@ -127,7 +128,10 @@ CFItemModel* CFModel::make_item(const QString& name)
     const bool here = QThread::currentThread() == thread();
     auto* const item = new CFItemModel(name, here ? this : nullptr);
     connect(item, &CFItemModel::hot_change, this, &CFModel::hot_change);
-    connect(item, QOverload<QString>::of(&CFItemModel::changed), this, &CFModel::item_changed);
+    const auto item_signal = QOverload<QString>::of(&CFItemModel::changed);
+    connect(item, item_signal, this, &CFModel::cache_clear,
+            Qt::DirectConnection); // whoever edits may ask then
+    connect(item, item_signal, this, &CFModel::item_changed);
     if (!here) { // only this object's own thread can give it a child
         item->moveToThread(thread());
         QMetaObject::invokeMethod(
@@ -236,7 +240,6 @@ void CFModel::revert_all_items()
 
 void CFModel::item_changed()
 {
-    cache_clear();
     Q_EMIT changed();
 }
 

@@ -37,8 +37,8 @@ class SKUAN_EXPORT CFModel : public QObject
 
 public:
     /// A model bound to `api`, which becomes its parent and outlives it; a new one, or the one of
-    /// `localhost()`. To bind that a second time is reported, and leaves it as it is. With a null `api`
-    /// it stays unbound.
+    /// `localhost()`. To bind that a second time, or to an API of another thread than its own, is reported,
+    /// and leaves it as it is. With a null `api` it stays unbound; a new one is then the caller's.
     static CFModel* create(bool localhost, KVRP3::APIQt* api);
     /// The one model of this process for the server of this machine; made, unbound, when it is first asked
     /// for. Any thread, but it then lives on that one. It ends with the API that it is bound to.

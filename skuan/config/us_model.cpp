@@ -39,7 +39,7 @@ USModel* USModel::localhost()
 
 void USModel::config(Spark* spark)
 {
-    if (!SKUAN_CHECK(spark_ == nullptr) || !spark)
+    if (!SKUAN_CHECK(spark_ == nullptr) || !spark || !SKUAN_CHECK(spark->thread() == thread()))
         return;
     spark_ = spark;
     setParent(spark);

@@ -27,11 +27,13 @@ public:
     ~USModel() override;
 
     /// A model bound to that session, which then owns it: a new one, or the process-wide one if the server is
-    /// on this machine. To bind that a second time is reported, and leaves it as it is. With a null session
-    /// it stays unbound.
+    /// on this machine. To bind that a second time, or to a session of another thread than its own, is
+    /// reported, and leaves it as it is. With a null session it stays unbound; a new one is then the
+    /// caller's.
     static USModel* create(bool localhost, Spark* spark);
 
-    /// The model of the server on this machine, made on first use. Any thread; never null.
+    /// The model of the server on this machine, made on first use. Any thread, but it then lives on that one;
+    /// never null. It ends with the session that it is bound to.
     static USModel* localhost();
 
     /// Never null; the same one for the same key. Owned by the model.

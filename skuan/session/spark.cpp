@@ -70,7 +70,7 @@ void Spark::set_server_localhost()
 
 void Spark::forget_server()
 {
-    server_ = {};
+    server_.emplace<std::monostate>();
     abandon_connection();
 }
 

@@ -16,7 +16,8 @@ SparkLogLocation::SparkLogLocation(const char* file, unsigned line, const char* 
 QString SparkLogLocation::make_string(const char* format, std::va_list arguments)
 {
     QByteArray text(1024, '\0');
-    const int length = std::vsnprintf(text.data(), static_cast<std::size_t>(text.size()), format, arguments);
+    const int length =
+        format ? std::vsnprintf(text.data(), static_cast<std::size_t>(text.size()), format, arguments) : -1;
     return length < 0 || length >= text.size() ? QString() : QString::fromUtf8(text.constData(), length);
 }
 

@@ -14,7 +14,8 @@ class Spark;
 /// Every entry goes to Qt's debug stream, as in "deck.cpp:120 [newsroom log] deck is ready". An ordinary one
 /// also goes to the server's log, if there is a session; one about an error stays on this machine.
 ///
-/// Formats are those of printf, with texts in UTF-8; what has 1024 bytes or more gives an empty text.
+/// Formats are those of printf, with texts in UTF-8; what has 1024 bytes or more gives an empty text, and so
+/// does a null format.
 class SKUAN_EXPORT SparkLogLocation
 {
 public:

@@ -29,7 +29,7 @@ public:
     struct Values
     {
         State state = State::no_server;
-        std::uint64_t attempts = 0;    ///< so far
+        std::uint64_t attempts = 0;    ///< so far, of those that the session makes by itself
         std::uint64_t connections = 0; ///< so far
         QString last_error;            ///< why the last attempt or connection ended; empty if none has failed
         KVRP3::Traffic traffic;

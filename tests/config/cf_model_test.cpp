@@ -211,6 +211,11 @@ TEST_F(CFModel, is_asked_and_edited_on_all_threads_while_it_scans)
     EXPECT_TRUE(model->have_changes());
     model->commit_changes();
     wait_until([&] { return model->commit_done(); });
+    EXPECT_FALSE(model->have_changes());
+    std::thread([&] {
+        model->get_item("ControlPanel_ID0")->set("mine");
+        EXPECT_TRUE(model->have_changes()); // at once
+    }).join();
 }
 
 TEST_F(CFModel, is_one_for_this_machine_however_many_ask_first)
@@ -218,6 +223,7 @@ TEST_F(CFModel, is_one_for_this_machine_however_many_ask_first)
     std::array<::CFModel*, 8> seen{};
     support::on_threads(8, [&](unsigned i) { seen[i] = ::CFModel::localhost(); });
     EXPECT_EQ(std::count(seen.begin(), seen.end(), seen[0]), 8);
+    EXPECT_EQ(::CFModel::create(true, &api)->parent(), nullptr); // it lives where the first asked
     delete seen[0];
 
     CFItemModel* const item = ::CFModel::get_item_localhost("FanSpeed");
