@@ -15,7 +15,7 @@ KVRP3::ConfigurationItem record(const char* effective, const char* boot, const c
     result.configuration_item_boot_value = AString::l1(boot);
     result.configuration_item_saved_value = AString::l1(saved);
     result.configuration_item_allowed_values.vec[result.configuration_item_allowed_values.count++] =
-        AString::l1("on");
+        AString::l1(saved);
     result.configuration_item_requires_reboot = reboot;
     return result;
 }
@@ -84,8 +84,8 @@ TEST(CFItemModel, covers_the_servers_value_until_the_server_says_the_same)
         EXPECT_EQ(told, row.told);
         EXPECT_EQ(state(item), row.state);
     }
-    EXPECT_TRUE(item.is_allowed("on") && !item.is_allowed("ON") &&
-                item.allowed_values() == QStringList{"on"});
+    EXPECT_TRUE(item.is_allowed("off") && !item.is_allowed("OFF") &&
+                item.allowed_values() == QStringList{"off"});
 }
 
 TEST(CFItemModel, tells_the_newest_value_last_when_a_slot_edits_it)

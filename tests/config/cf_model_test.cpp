@@ -261,7 +261,9 @@ TEST_F(CFModel, tells_which_control_panels_there_are)
         EXPECT_EQ(panels->size(), 4u);
         EXPECT_EQ(panels->get_channels(3), (QSet<unsigned>{0, 25}));
         model->get_item("ControlPanel_Channels3")->set("");
-        EXPECT_FALSE(panels->exists(3));
+        model->get_item("ControlPanel_ID2")->set("");
+        model->get_item("ControlPanel_Channels2")->set("A");
+        EXPECT_FALSE(panels->exists(3) || panels->exists(2));
         model->get_item("ControlPanelCount")->set("-1");
         EXPECT_TRUE(panels->empty());
     }

@@ -49,7 +49,11 @@ protected:
 
 TEST_F(USModel, says_on_each_connection_what_it_has_written_and_what_it_reads)
 {
+    int told_early = 0;
+    QObject::connect(item(first, "early"), &USItemModel::changed, [&] { ++told_early; });
+    item(first, "early")->set("x", "gone");
     item(first, "early")->set("", "gone"); // empty, but written
+    EXPECT_EQ(told_early, 0);              // of nothing that has not gone out
     USItemModel* const both = item(first, "both");
     both->set_read_write(true);
     both->set("b", "no own value");

@@ -83,6 +83,7 @@ TEST_F(Spark, tries_until_there_is_a_server_and_again_when_it_comes_back)
         wait_for_connection(connection);
         EXPECT_EQ(values().state, SparkStatus::State::connected);
         EXPECT_EQ(values().connections, connection);
+        EXPECT_FALSE(values().last_error.isEmpty());           // why what was before has ended
         spark.set_server(QStringLiteral("elsewhere.invalid")); // when the present connection ends
         settle();
         EXPECT_TRUE(spark.is_connected());
