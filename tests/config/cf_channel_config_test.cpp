@@ -73,6 +73,8 @@ TEST_F(CFChannelConfig, follows_the_four_items)
     EXPECT_TRUE(channels.have_3D());
     EXPECT_EQ(::CFChannelConfig::track_count_3D(channels.get(1)), 2);
     EXPECT_EQ(channels.get(2), ChannelConfig_absent); // nothing else is allowed that is known by name
+    say(2, "VVVV", {"absent", "C2_VV", "C2_VK"});
+    EXPECT_EQ(channels.get(2), ChannelConfig_VVVV); // of two texts only this is concluded
     EXPECT_EQ(channels.get(3), ChannelConfig_unknown);
     EXPECT_EQ(channels.find_key(2), 3);
 }

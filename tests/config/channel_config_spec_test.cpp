@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <set>
 #include <string>
 #include <vector>
@@ -133,6 +134,56 @@ TEST(ChannelConfigSpec, answers_for_wide_and_odd_configurations)
         EXPECT_FALSE(spec.GetOutputSource(0));
     }
     EXPECT_EQ(BoardType_to_string(BoardType(7)), AString("????"));
+}
+
+/// FNV-1a, by the number.
+struct Digest
+{
+    std::uint32_t value = 2166136261;
+
+    void add(std::uint32_t number) { value = (value ^ number) * 16777619; }
+    void add(const std::vector<unsigned>& numbers)
+    {
+        add(static_cast<std::uint32_t>(numbers.size()));
+        for (const unsigned number : numbers)
+            add(number);
+    }
+    void add(const ChannelConfigSpec& spec)
+    {
+        add(spec.channel_count());
+        for (unsigned i = 0; i < 16; ++i) {
+            add(spec.get_angle_count(i));
+            add(spec.is4K(i));
+            for (const bool key : {false, true}) {
+                add(spec.PrimaryAngleOutputs(i, key));
+                add(spec.AllOutputs(i, key));
+            }
+            const OutputSource source = spec.GetOutputSource(i).value_or({99, 99, true});
+            add({source.user_channel, source.angle, source.key});
+        }
+    }
+};
+
+// The numbers are those of tables that were written down a second time. Whoever changes an answer has to mean
+// it.
+TEST(ChannelConfigSpec, has_not_changed_an_answer)
+{
+    Digest boards, keys;
+    for (unsigned number = 0; number < ConfigType_count; ++number) {
+        const auto type = static_cast<ConfigType>(number);
+        for (const BoardType board : {BoardType_sorrel, BoardType_tansy1, BoardType_tansy2, BoardType_tansy3})
+            for (const Values& values : {Values{type}, Values{ConfigType_VVVV, type}, Values(3, type)})
+                boards.add(ChannelConfigSpec{board, values});
+    }
+    QStringList names{"VV", "V_K", "DUAL_SSM6", "ISO4_2P_VV"};
+    for (unsigned number = 0; number < ConfigType_count; ++number)
+        names += QString(ConfigType_to_string(static_cast<ConfigType>(number)));
+    for (const QString& name : qAsConst(names))
+        for (const QStringList& sets : {QStringList{name, "VKVK"}, {"VVVV", name}, {"x", "x", name}})
+            for (unsigned output = 0; output < 16; ++output)
+                keys.add(static_cast<std::uint32_t>(find_key(sets, output)));
+    EXPECT_EQ(boards.value, 0x52aba063u);
+    EXPECT_EQ(keys.value, 0xf95a279au);
 }
 
 TEST(FindKey, has_tables_of_its_own)
