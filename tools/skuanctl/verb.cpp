@@ -157,7 +157,8 @@ const std::vector<VerbRow>& verb_rows()
         {"dict own", "userdict_own", "Key Value", "hold a text that is put under the key when this verb ends",
          "", make_recipe, Stay::holding},
         {"dict erase", "userdict_erase", "Key...", "remove keys"},
-        {"dict watch", "", "KEY...", "print the texts under keys, and then as they change", "Key, Value",
+        {"dict watch", "", "KEY...",
+         "print the texts under keys, and then as they change, through lost connections too", "Key, Value",
          make_dict_watch, Stay::always},
 
         {"meta list", "download_metadata", "MetadataDatabase", "list the metadata of a database",
@@ -173,7 +174,8 @@ const std::vector<VerbRow>& verb_rows()
         {"config set", "set_configuration", "ConfigurationItemName ConfigurationItemValue",
          "give a configuration item another value"},
         {"config watch", "", "[ITEM...]",
-         "print what configuration items are set to, and then as it changes; of all items only the changes",
+         "print what configuration items are set to, and then as it changes, through lost connections "
+         "too; of all items only the changes",
          "ConfigurationItemName, ConfigurationItemValue", make_config_watch, Stay::always},
         {"layout", "", "[--board=BOARD]",
          "draw which user channel and angle feeds which output; the server tells which board it has only of "
