@@ -74,7 +74,7 @@ seen
 
 echo
 echo "That was a program linked to libskuan.so, asking a server over TCP. What to try next:"
-printf '  %-32s %s\n' \
+printf '  %-36s  %s\n' \
     "$bin/skuan-sim" "a server at 127.0.0.1 that stays; --help: how it can misbehave" \
     "$bin/skuanctl clip list" "ask it; --help: all that the command line can do" \
     "examples/" "small programs to start from, the smallest first" \
