@@ -15,8 +15,9 @@ BELOW = {
     "foundation": ["platform"],
     "markup": ["platform", "foundation"],
     "protocol": ["platform", "foundation", "markup"],
-    "config": ["platform", "foundation", "markup", "protocol"],
-    "session": ["platform", "foundation", "markup", "protocol", "config"],
+    "time": ["platform", "foundation", "markup", "protocol"],
+    "config": ["platform", "foundation", "markup", "protocol", "time"],
+    "session": ["platform", "foundation", "markup", "protocol", "time", "config"],
 }
 
 # The one knot: a session makes the models that it owns, and they hold it. Headers declare, sources include.
