@@ -4,26 +4,9 @@
 #include <skuan/foundation/assertfail.h>
 #include <skuan/time/field_counts_p.h>
 
-#include <algorithm>
-
 using skuan::field_counts;
 
 namespace Vantor {
-
-ATimecode::ATimecode(VideoFrequency frequency, unsigned nfields)
-    : ATimecode(frequency, defaultDropframeFlag(frequency), nfields)
-{
-}
-
-ATimecode::ATimecode(VideoFrequency frequency, DropframeFlag flag, unsigned nfields)
-{
-    if (!isValid(frequency) || !isValid(flag))
-        return;
-    defined_ = true;
-    std_ = frequency;
-    df_ = flag;
-    nfields_ = nfields;
-}
 
 ATimecode::ATimecode(VideoFrequency frequency, unsigned hours, unsigned minutes, unsigned seconds,
                      unsigned frames, bool f2)

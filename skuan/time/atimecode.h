@@ -22,7 +22,10 @@ class SKUAN_EXPORT ATimecode
 public:
     ATimecode() = default; ///< undefined
     /// Without a flag, here and below, it is the default one of the frequency.
-    ATimecode(VideoFrequency frequency, unsigned nfields);
+    ATimecode(VideoFrequency frequency, unsigned nfields)
+        : ATimecode(frequency, defaultDropframeFlag(frequency), nfields)
+    {
+    }
     ATimecode(VideoFrequency frequency, DropframeFlag flag, unsigned nfields);
     ATimecode(VideoFrequency frequency, DropframeFlag flag) = delete; // a flag is no number of fields
 
@@ -189,6 +192,16 @@ private:
     unsigned nfields_ = 0;
     mutable skuan::TimecodeReading cache_;
 };
+
+inline ATimecode::ATimecode(VideoFrequency frequency, DropframeFlag flag, unsigned nfields)
+{
+    if (!isValid(frequency) || !isValid(flag))
+        return;
+    defined_ = true;
+    std_ = frequency;
+    df_ = flag;
+    nfields_ = nfields;
+}
 
 inline ATimecode& ATimecode::operator+=(unsigned nfields)
 {

@@ -4,6 +4,8 @@
 #include <skuan/time/timecode_reading.h>
 #include <skuan/time/video_frequency.h>
 
+#include <algorithm>
+
 namespace skuan {
 
 struct FieldCounts
@@ -61,24 +63,31 @@ constexpr const FieldCounts& field_counts(Vantor::VideoFrequency frequency, Vant
 template <const FieldCounts& counts>
 constexpr TimecodeReading read_label(unsigned count)
 {
-    constexpr unsigned dropped = 4; // fields at the start of each minute but the tenth
-    const unsigned in_day = count % counts.day;
-    const unsigned in_hour = in_day % counts.hour;
-    const unsigned tens = in_hour / counts.ten_minutes;
-    unsigned minute = 0;
-    unsigned in_minute = in_hour % counts.ten_minutes;
-    if constexpr (!counts.drops()) {
-        minute = in_minute / counts.minute;
-        in_minute %= counts.minute;
-    } else if (in_minute >= dropped) { // the first fields of the ten minutes are there
-        minute = (in_minute - dropped) / counts.minute;
-        in_minute = (in_minute - dropped) % counts.minute + dropped;
+    unsigned days = 0;
+    unsigned field = count;
+    if (count >= counts.day) [[unlikely]] {
+        days = count / counts.day;
+        field = count % counts.day;
     }
-    const unsigned field = in_minute % counts.second;
+    if constexpr (counts.drops()) {
+        // As if none were left out: four fields more for each minute that has begun, but not for the tenth.
+        constexpr unsigned left_out = 4;
+        const unsigned tens = field / counts.ten_minutes;
+        const unsigned in_ten = field % counts.ten_minutes;
+        field += left_out * (9 * tens + (std::max(in_ten, left_out) - left_out) / counts.minute);
+    }
+    // Each from the field and not from one another, so that they are worked out side by side.
+    const unsigned second = field / counts.second;
+    const unsigned minute = field / (60 * counts.second);
+    const unsigned hour = field / (3600 * counts.second);
+    const unsigned in_second = field - second * counts.second;
     const auto small = [](unsigned n) { return static_cast<unsigned char>(n); };
-    return {count / counts.day,        small(in_day / counts.hour),
-            small(10 * tens + minute), small(in_minute / counts.second),
-            small(field / 2),          field % 2 != 0};
+    return {days,
+            small(hour),
+            small(minute - hour * 60),
+            small(second - minute * 60),
+            small(in_second / 2),
+            in_second % 2 != 0};
 }
 
 } // namespace skuan

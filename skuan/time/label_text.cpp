@@ -1,15 +1,16 @@
-// Writes labels, two digits at a step.
+// Writes labels from the left.
 #include <skuan/time/label_text_p.h>
 
+#include <skuan/foundation/astring_builder.h>
+
 #include <algorithm>
-#include <charconv>
 
 namespace skuan {
 
 namespace {
 
-constexpr char separators[2][2] = {{'.', ':'}, {',', ';'}}; // [df][f2]
-constexpr char behind_days = '+';
+constexpr unsigned separators[2][2] = {{'.', ':'}, {',', ';'}}; // [df][f2]
+constexpr AChar behind_days('+');
 
 } // namespace
 
@@ -21,21 +22,21 @@ unsigned label_groups(const TimecodeReading& label, unsigned least)
 
 AString label_text(const TimecodeReading& label, bool df, unsigned groups)
 {
-    const char separator = separators[df][label.f2];
+    const AChar between(separators[df][label.f2]);
     const unsigned char pairs[] = {label.hours, label.minutes, label.seconds, label.frames};
-    char text[32];
-    char* at = text;
+    AStringBuilder text;
     if (groups > 4) {
-        at = std::to_chars(at, at + 10, label.days).ptr;
-        *at++ = behind_days;
-        groups = 4;
+        text.append(AString::from_unsigned(label.days));
+        text.append(behind_days);
     }
-    for (const unsigned char* pair = std::end(pairs) - groups; pair != std::end(pairs); ++pair) {
-        *at++ = static_cast<char>('0' + *pair / 10);
-        *at++ = static_cast<char>('0' + *pair % 10);
-        *at++ = separator;
+    for (unsigned left = std::min(groups, 4u); left != 0; --left) {
+        const unsigned pair = pairs[4 - left];
+        text.append('0' + pair / 10);
+        text.append('0' + pair % 10);
+        if (left != 1)
+            text.append(between);
     }
-    return groups == 0 ? AString() : AString::from_latin1(text, static_cast<unsigned>(at - text - 1));
+    return text.finish();
 }
 
 } // namespace skuan
