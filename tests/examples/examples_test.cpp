@@ -58,6 +58,9 @@ TEST(Examples, ShowWhatASessionMirrors)
         {"09_control_panels",
          {},
          "panel 0, keyboard panel-0, channels ABCD\npanel 1, keyboard panel-1, channels ABCD\n"},
+        {"10_timecode",
+         {},
+         "standard  1080i 50Hz\nfrom      09.59.59.20\nto        10:00:00:24\nfields    60\n"},
     };
     const QHostAddress address(QString::fromStdString(support::own_loopback_address()));
     QProcess early;
