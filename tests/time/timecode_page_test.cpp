@@ -39,6 +39,8 @@ TEST(TimecodePage, is_right)
         }
     }
     EXPECT_EQ(rows, 6 + 15 + 11);
+    EXPECT_EQ((ATimecode(VideoFrequency_59_94Hz, AString("00,00,59,28")) + 4).toString(4).to_string(),
+              "00,01,00,02"); // its first example
 }
 
 } // namespace
