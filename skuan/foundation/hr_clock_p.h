@@ -1,17 +1,24 @@
-// The clock behind HRTime. A test puts its own in its place, and waits for nothing.
+// What HRTime counts by: the machine's clock, or one that a test moves by hand, so that no test waits.
 #pragma once
 
 #include <skuan/export.h>
 
-#include <atomic>
 #include <cstdint>
 
 namespace skuan {
 
-/// Nanoseconds since some moment; never 0 and never less than before. Called on any thread.
-using HRClock = std::int64_t (*)();
+/// A counter that never goes back.
+struct HRClock
+{
+    std::int64_t frequency;  ///< ticks a second; 0 if there is no telling
+    std::int64_t (*ticks)(); ///< the ticks so far; any thread
+};
 
-/// The machine's, unless a test has stored another.
-extern SKUAN_EXPORT std::atomic<HRClock> hr_clock;
+/// The clock of the whole process. Any thread.
+SKUAN_EXPORT const HRClock& hr_clock();
+
+/// Another one, which must live until it is replaced in its turn; null: the machine's again. Times that were
+/// taken by one clock mean nothing to another.
+SKUAN_EXPORT void set_hr_clock(const HRClock* clock);
 
 } // namespace skuan

@@ -1,73 +1,110 @@
-// Time values, and the clock that a test owns.
-#include <skuan/foundation/hr_clock_p.h>
 #include <skuan/foundation/hr_time.h>
+
+#include <support/hand_clock.h>
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <limits>
+#include <vector>
 
 namespace {
 
-constexpr auto most = std::numeric_limits<std::int64_t>::max();
+constexpr std::int64_t longest = INT64_MAX;
 
-TEST(HRTime, makes_moments_durations_and_nonsense)
+TEST(HRTime, keeps_moments_and_spans_apart)
 {
-    const HRTime bad, moment = HRTime::now(), span = HRTime::seconds(1);
-    EXPECT_TRUE(bad.is_badtime() && !bad.is_actual_time() && !bad.is_duration());
-    EXPECT_TRUE(moment.is_actual_time() && (moment + span).is_actual_time() &&
-                (span + moment).is_actual_time());
-    EXPECT_TRUE((moment - moment).is_duration() && (moment - span).is_actual_time());
-    for (const HRTime& nonsense : {bad + span, moment + moment, span - moment, moment * 2, moment / 2,
-                                   span / 0, bad - bad, HRTime::BadTime * 1})
-        EXPECT_TRUE(nonsense.is_badtime());
-    EXPECT_EQ(HRTime::mseconds(1500), span + HRTime::mseconds(500));
-    EXPECT_EQ(HRTime::useconds(-3) * -2, HRTime::useconds(6));
-    EXPECT_EQ(HRTime::days(1) / HRTime::hours(5), 4);
-    EXPECT_EQ(moment / span + span / bad + bad / bad + span / HRTime::seconds(0), 0);
-    EXPECT_EQ(HRTime::days(-most) / -1, HRTime::days(most)); // stopped at both ends
-    EXPECT_EQ(HRTime::days(most) + span, HRTime::days(most));
-    EXPECT_EQ(HRTime::days(-most) - span, HRTime::days(-most));
+    support::HandClock clock(1'000'000'000);
+    const HRTime bad, span = HRTime::seconds(2), moment = HRTime::now();
+    clock.advance(500'000'000);
+    const HRTime later = HRTime::now();
+    EXPECT_TRUE(bad.is_badtime() && span.is_duration() && moment.is_actual_time());
+    EXPECT_FALSE(bad.is_actual_time() || bad.is_duration() || span.is_actual_time() || moment.is_duration());
+
+    const HRTime bads[] = {bad + span, span + bad, bad - moment, moment - bad, moment + moment, span - moment,
+                           moment * 2, moment / 2, bad * 2,      span / 0,     HRTime::BadTime};
+    for (const HRTime& time : bads)
+        EXPECT_TRUE(time.is_badtime()) << &time - bads;
+    EXPECT_EQ(later - moment, HRTime::mseconds(500));
+    EXPECT_EQ(moment + HRTime::mseconds(500), later);
+    EXPECT_EQ(HRTime::mseconds(500) + moment, later);
+    EXPECT_EQ(later - HRTime::mseconds(500), moment);
+    EXPECT_EQ(span - HRTime::seconds(3), HRTime::seconds(-1));
+
+    EXPECT_EQ(span / HRTime::mseconds(300), 6);
+    EXPECT_EQ(later / moment, 500'000'001); // of one kind
+    for (const std::int64_t none : {bad / span, moment / span, span / moment, span / HRTime::seconds(0)})
+        EXPECT_EQ(none, 0);
+
+    // Bad, spans, moments: one order over all.
+    const std::vector<HRTime> order = {bad, HRTime::seconds(-1), HRTime::seconds(0), span, moment, later};
+    for (std::size_t i = 0; i != order.size(); ++i)
+        for (std::size_t j = 0; j != order.size(); ++j) {
+            EXPECT_EQ(order[i] < order[j], i < j) << i << ' ' << j;
+            EXPECT_EQ(order[i] >= order[j], i >= j) << i << ' ' << j;
+            EXPECT_EQ(order[i] == order[j], i == j) << i << ' ' << j;
+        }
+
+    const HRTimeout timeout(later + span);
+    EXPECT_TRUE(HRTimeout(moment).timeout_expired() && HRTimeout(bad).timeout_expired());
+    clock.advance(2'000'000'000);
+    EXPECT_FALSE(timeout.timeout_expired()); // not yet past it
+    clock.advance(1);
+    EXPECT_TRUE(timeout.timeout_expired());
 }
 
-TEST(HRTime, compares_like_with_like)
+TEST(HRTime, makes_spans_without_loss_and_stops_at_the_limits)
 {
-    const HRTime bad, moment = HRTime::now(), span = HRTime::seconds(1);
-    EXPECT_TRUE(bad < span && bad < moment && !(bad < HRTime()) && bad == HRTime() && !(span < bad));
-    EXPECT_TRUE(HRTime::seconds(-1) < span && moment < moment + span && moment <= moment);
-    EXPECT_TRUE(span < moment && !(moment < span) && span != moment); // of different kinds, and reported
+    for (const std::int64_t frequency : {std::int64_t{1'000'000'000}, std::int64_t{14'318'180}}) {
+        const support::HandClock clock(frequency);
+        EXPECT_EQ(HRTime::mseconds(1500), HRTime::seconds(1) + HRTime::mseconds(500));
+        EXPECT_EQ(HRTime::useconds(-2'500'000), HRTime::seconds(-2) - HRTime::mseconds(500));
+        EXPECT_EQ(HRTime::mseconds(100'000'000'000) / HRTime::days(1), 1157);
+        EXPECT_EQ(HRTime::minutes(120), HRTime::hours(2));
+        EXPECT_EQ(HRTime::days(longest), HRTime::days(longest / 2));
+        EXPECT_GT(HRTime::now() + HRTime::days(longest), HRTime::now());
+        const HRTime lowest = HRTime::days(INT64_MIN);
+        EXPECT_LT(lowest - HRTime::days(1), HRTime::days(-1));
+        EXPECT_GT(lowest / -1, HRTime::days(1));
+        EXPECT_GT(lowest * -1, HRTime::days(1));
+        EXPECT_EQ(HRTime::seconds(longest) * -1 / HRTime::useconds(-1), longest / (frequency / 1'000'000));
+        EXPECT_FALSE(lowest.to_string().empty());
+    }
 }
 
-TEST(HRTime, is_written_from_its_first_part_on)
+TEST(HRTime, is_written_from_its_largest_unit_on)
 {
+    support::HandClock clock(1'000'000);
     const struct
     {
         HRTime time;
         const char* text;
     } rows[] = {
-        {{}, "<bad time>"},
-        {HRTime::seconds(0), "0.000"},
-        {HRTime::mseconds(-250), "-0.250"},
-        {HRTime::useconds(61'001'999), "1:01.001"},
-        {HRTime::hours(2) + HRTime::seconds(3), "2:00:03.000"},
-        {HRTime::days(12) + HRTime::minutes(5), "12+00:05:00.000"},
-        {HRTime::days(-most), "-106751+23:47:16.854"},
+        {HRTime(), "<bad time>"},
+        {HRTime::useconds(999), "0.000"},
+        {HRTime::mseconds(59'999), "59.999"},
+        {HRTime::mseconds(-61'500), "-1:01.500"},
+        {HRTime::hours(1), "1:00:00.000"},
+        {HRTime::days(1), "1+00:00:00.000"},
+        {HRTime::hours(24 * 400 + 5) + HRTime::mseconds(83'007), "400+05:01:23.007"},
     };
     for (const auto& row : rows)
         EXPECT_EQ(row.time.to_string(), row.text);
+    clock.advance(2'999'999);
+    EXPECT_EQ(HRTime::now().to_astring(), AString("3.000"));
+
+    const support::HandClock none(0);
+    EXPECT_TRUE(HRTime::now().is_badtime());
+    EXPECT_EQ(HRTime::seconds(1).to_string(), "<hr time not initialized>");
 }
 
-TEST(HRTimeout, passes_when_the_clock_does)
+TEST(HRTime, follows_the_clock_of_the_machine)
 {
-    static std::int64_t ns = 1'000;
-    const auto machine = skuan::hr_clock.exchange([] { return ns; });
-    const HRTimeout timeout(HRTime::now() + HRTime::useconds(1));
-    ns += 1'000;
-    EXPECT_FALSE(timeout.timeout_expired());
-    ns += 1;
-    EXPECT_TRUE(timeout.timeout_expired());
-    EXPECT_TRUE(HRTimeout(HRTime()).timeout_expired());
-    skuan::hr_clock = machine;
+    const HRTime before = HRTime::now();
+    const HRTimeout soon(before + HRTime::useconds(50));
+    while (!soon.timeout_expired()) {
+    }
+    EXPECT_GT(HRTime::now() - before, HRTime::useconds(50));
+    EXPECT_LT(HRTime::now() - before, HRTime::minutes(5));
 }
 
 } // namespace
