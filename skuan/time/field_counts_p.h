@@ -59,10 +59,12 @@ constexpr const FieldCounts& field_counts(Vantor::VideoFrequency frequency, Vant
     return *with_field_counts(frequency, flag, []<const FieldCounts & counts>() { return &counts; });
 }
 
-/// The label of a count. Of the caller: the counts are not all 0.
+/// The label of a count; nothing if the counts are all 0.
 template <const FieldCounts& counts>
 constexpr TimecodeReading read_label(unsigned count)
 {
+    if constexpr (counts.day == 0)
+        return {};
     unsigned days = 0;
     unsigned field = count;
     if (count >= counts.day) [[unlikely]] {

@@ -15,19 +15,19 @@ struct Track
     const char* text;
 };
 
-constexpr Track tracks[] = {{'V', "video"}, {'K', "key"}, {'A', "audio"}, {'T', "timecode"}};
+constexpr Track track_rows[] = {{'V', "video"}, {'K', "key"}, {'A', "audio"}, {'T', "timecode"}};
 
 constexpr auto set_texts = [] {
     std::array<std::array<char, 5>, TrackSet_all + 1> texts{};
     for (unsigned set = 0; set != texts.size(); ++set)
         for (unsigned bit = 0; bit != 4; ++bit)
-            texts[set][bit] = set >> bit & 1 ? tracks[bit].letter : '-';
+            texts[set][bit] = set >> bit & 1 ? track_rows[bit].letter : '-';
     return texts;
 }();
 
 const char* text_of(TrackType x)
 {
-    return isValid(x) ? tracks[x - 1].text : "";
+    return isValid(x) ? track_rows[x - 1].text : "";
 }
 
 const char* text_of(TrackSet x)
