@@ -55,6 +55,11 @@ Answer clients(const ControlContext& context, ControlLine&)
     return told(context.clients());
 }
 
+Answer registrations(const ControlContext& context, ControlLine&)
+{
+    return told(context.registrations());
+}
+
 Answer counters(const ControlContext& context, ControlLine&)
 {
     const Counters now = context.server.counters();
@@ -319,6 +324,8 @@ Answer help(const ControlContext&, ControlLine&);
 constexpr Word words[] = {
     {"help", "", "this text", help},
     {"clients", "", "the number and address of each client", clients},
+    {"registrations", "", "the reports that each client gets, of the machine and of each channel",
+     registrations},
     {"counters", "", "what the server has done since it was started", counters},
     {"drop", "[CLIENT]", "end all connections, or one", drop},
     {"faults", "[off]", "the faults that are on, or all of them off", faults},

@@ -20,6 +20,7 @@ struct ControlContext
     Audience& audience; // to be delivered behind the line
     std::function<Faults(quint64 client)> faults_of;
     std::function<QStringList()> clients;
+    std::function<QStringList()> registrations;
 };
 
 struct ControlAnswer

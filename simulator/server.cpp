@@ -60,6 +60,7 @@ public:
     bool open();
     void restart();
     QStringList describe_clients() const;
+    QStringList describe_registrations() const;
 
     void accept();
     void take(QTcpSocket* socket);
@@ -141,6 +142,28 @@ QStringList Server::Private::describe_clients() const
     QStringList lines;
     for (const auto& [id, connection] : clients)
         lines += QStringLiteral("%1 %2").arg(id).arg(connection->peer());
+    return lines;
+}
+
+// Lines as in "1 A status timecode" and "1 machine melt".
+QStringList Server::Private::describe_registrations() const
+{
+    QStringList lines;
+    const auto add = [&](quint64 id, const QString& of, const char* enumeration, quint32 classes) {
+        QStringList words{QString::number(id), of};
+        for (int bit = 0; classes >> bit != 0; ++bit)
+            if ((classes >> bit & 1) != 0)
+                words += Catalogue::get().name(enumeration, bit);
+        if (classes != 0)
+            lines += words.join(QLatin1Char(' '));
+    };
+    for (const auto& [id, connection] : clients) {
+        const Session& session = connection->session();
+        add(id, QStringLiteral("machine"), "ReportType", session.report_classes);
+        for (std::size_t i = 0; i != session.channel_classes.size(); ++i)
+            add(id, QString(QChar(static_cast<ushort>('A' + i))), "ChannelReportType",
+                session.channel_classes[i]);
+    }
     return lines;
 }
 
@@ -333,7 +356,8 @@ QString Server::control(const QString& line, QString* error)
         d->clock.wake();
         answer = run_control({*this, d->responder.state(), d->responder.audience(),
                               [this](quint64 client) { return d->faults.of(client); },
-                              [this] { return d->describe_clients(); }},
+                              [this] { return d->describe_clients(); },
+                              [this] { return d->describe_registrations(); }},
                              line);
         d->responder.audience().deliver();
     });
