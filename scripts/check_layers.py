@@ -17,11 +17,12 @@ BELOW = {
     "protocol": ["platform", "foundation", "markup"],
     "time": ["platform", "foundation", "markup", "protocol"],
     "config": ["platform", "foundation", "markup", "protocol", "time"],
-    "session": ["platform", "foundation", "markup", "protocol", "time", "config"],
+    "monitors": ["platform", "foundation", "markup", "protocol", "time", "config"],
+    "session": ["platform", "foundation", "markup", "protocol", "time", "config", "monitors"],
 }
 
 # The one knot: a session makes the models that it owns, and they hold it. Headers declare, sources include.
-KNOT = {("config", "session")}
+KNOT = {("config", "session"), ("monitors", "session")}
 
 PRODUCT = ("skuan", "simulator", "tools", "examples")
 

@@ -6,6 +6,8 @@
 #include <skuan/config/us_model.h>
 #include <skuan/foundation/assertfail.h>
 #include <skuan/foundation/atimer.h>
+#include <skuan/monitors/spark_channel_monitor.h>
+#include <skuan/monitors/spark_output_monitor.h>
 #include <skuan/platform/host_name.h>
 #include <skuan/session/spark_status.h>
 
@@ -31,10 +33,27 @@ Spark::Spark(bool local, QObject* parent) : KVRP3::APIQt(parent)
     connect(attempts_, &ATimer::timeout, this, &Spark::stay_connected);
     attempts_->start(attempt_interval);
     connect(this, &Spark::indirect_send, this, &Spark::slot_indirect_send, Qt::QueuedConnection);
+    make_monitors();
     connect(this, &Spark::connected, this, &Spark::slot_connected);
 }
 
 Spark::~Spark() = default;
+
+// Reports reach the monitors without the public signals, and so do those that somebody emits.
+void Spark::make_monitors()
+{
+    for (unsigned i = 0; i != monitor_count; ++i)
+        channel_monitors_[i] = new SparkChannelMonitor(this, i);
+    for (unsigned i = 0; i != monitor_count; ++i)
+        output_monitors_[i] = new SparkOutputMonitor(this, i);
+    connect(this, &Spark::report_channel_status, this, &Spark::do_report_channel_status);
+    connect(this, &Spark::report_channel_clipid, this, &Spark::do_report_channel_clipid);
+    connect(this, &Spark::report_channel_speed, this, &Spark::do_report_channel_speed);
+    connect(this, &Spark::report_channel_timecode, this, &Spark::do_report_channel_timecode);
+    connect(this, &Spark::report_channel_aux_audio_timecode, this,
+            &Spark::do_report_channel_aux_audio_timecode);
+    connect(this, &Spark::report_channel_info, this, &Spark::do_report_channel_info);
+}
 
 CFModel* Spark::cf_model() const
 {
@@ -105,6 +124,8 @@ void Spark::slot_connected()
         Q_EMIT report_channel_chaseplay_unloaded(channel);
         cmd_channel_report_register(channel, KVRP3::ChannelReportType_chaseplay);
     }
+    for (SparkChannelMonitor* const monitor : channel_monitors_)
+        monitor->spark_connected();
 }
 
 void Spark::require_melt_notification()
@@ -157,6 +178,60 @@ void Spark::unrequest(unsigned channel, KVRP3::ChannelReportType type)
         return;
     if (--notification_counts_[channel] == 0)
         cmd_channel_report_unregister(static_cast<KVRP3::Channel>(channel), type);
+}
+
+SparkChannelMonitor* Spark::get_channel_monitor(unsigned channel) const
+{
+    return SKUAN_CHECK(channel < monitor_count) ? channel_monitors_[channel] : nullptr;
+}
+
+SparkOutputMonitor* Spark::get_output_monitor(unsigned output) const
+{
+    return SKUAN_CHECK(output < monitor_count) ? output_monitors_[output] : nullptr;
+}
+
+SparkChannelMonitor* Spark::toMonitor(KVRP3::Channel channel) const
+{
+    const unsigned index = toIndex(channel);
+    return index < monitor_count ? channel_monitors_[index] : nullptr;
+}
+
+void Spark::do_report_channel_status(KVRP3::Channel channel, KVRP3::ChannelStatus status,
+                                     AOption<KVRP3::ClipID> clip)
+{
+    if (SparkChannelMonitor* const monitor = toMonitor(channel))
+        monitor->spark_status(status, clip);
+}
+
+void Spark::do_report_channel_clipid(KVRP3::Channel channel, KVRP3::ClipID clip)
+{
+    if (SparkChannelMonitor* const monitor = toMonitor(channel))
+        monitor->spark_clipid(clip);
+}
+
+void Spark::do_report_channel_speed(KVRP3::Channel channel, KVRP3::Speed speed)
+{
+    if (SparkChannelMonitor* const monitor = toMonitor(channel))
+        monitor->spark_speed(speed);
+}
+
+void Spark::do_report_channel_timecode(KVRP3::Channel channel, KVRP3::ClipPosition position,
+                                       KVRP3::DisplayTimecode display, KVRP3::InputTimecode input)
+{
+    if (SparkChannelMonitor* const monitor = toMonitor(channel))
+        monitor->spark_timecode(position, display, input);
+}
+
+void Spark::do_report_channel_aux_audio_timecode(KVRP3::Channel channel, KVRP3::ClipPosition position)
+{
+    if (SparkChannelMonitor* const monitor = toMonitor(channel))
+        monitor->spark_aux_audio_timecode(position);
+}
+
+void Spark::do_report_channel_info(KVRP3::Channel channel, KVRP3::ChannelInformation information)
+{
+    if (SparkChannelMonitor* const monitor = toMonitor(channel))
+        monitor->spark_info(information);
 }
 
 void Spark::send(const void* data, unsigned length)

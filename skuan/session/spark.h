@@ -15,6 +15,8 @@
 class CFChannelConfig;
 class ATimer;
 class CFModel;
+class SparkChannelMonitor;
+class SparkOutputMonitor;
 class SparkStatus;
 class USModel;
 
@@ -85,6 +87,13 @@ public:
     CFModel* cf_model() const;
     USModel* us_model() const;
     const CFChannelConfig* channel_config() const { return channel_config_; }
+    // What each channel and each output is doing, 0 to 11; any other one is reported, and null. They take the
+    // reports of status, clip, speed, timecode, auxiliary audio and information: the session's own signals
+    // for these six stay silent. Somebody who emits those reaches the monitors.
+
+    SparkChannelMonitor* get_channel_monitor(unsigned channel) const;
+    SparkOutputMonitor* get_output_monitor(unsigned output) const;
+
     /// How the session stands with its server. Never null.
     const SparkStatus* status() const { return status_; }
 
@@ -96,15 +105,30 @@ Q_SIGNALS:
 protected:
     void send(const void* data, unsigned length) override;
 
+    void do_report_channel_status(KVRP3::Channel channel, KVRP3::ChannelStatus status,
+                                  AOption<KVRP3::ClipID> clip) override;
+    void do_report_channel_clipid(KVRP3::Channel channel, KVRP3::ClipID clip) override;
+    void do_report_channel_speed(KVRP3::Channel channel, KVRP3::Speed speed) override;
+    void do_report_channel_timecode(KVRP3::Channel channel, KVRP3::ClipPosition position,
+                                    KVRP3::DisplayTimecode display, KVRP3::InputTimecode input) override;
+    void do_report_channel_aux_audio_timecode(KVRP3::Channel channel, KVRP3::ClipPosition position) override;
+    void do_report_channel_info(KVRP3::Channel channel, KVRP3::ChannelInformation information) override;
+
 private Q_SLOTS:
     void slot_connected();
     void slot_indirect_send(const QByteArray& bytes, quint64 command);
     void stay_connected();
 
 private:
+    friend class ChannelMonitor;
     friend class SparkStatus;
 
     static constexpr unsigned most_counted_channels = 32;
+    static constexpr unsigned monitor_count = 12; ///< of channels, and of outputs
+
+    static unsigned toIndex(KVRP3::Channel channel) { return static_cast<unsigned>(channel); }
+    SparkChannelMonitor* toMonitor(KVRP3::Channel channel) const; ///< null for no such channel
+    void make_monitors();
 
     void require(bool& flag, KVRP3::ReportType type);
     void request(unsigned channel, KVRP3::ChannelReportType type);
@@ -120,4 +144,6 @@ private:
     QPointer<USModel> us_model_;
     CFChannelConfig* channel_config_ = nullptr;
     SparkStatus* status_ = nullptr;
+    std::array<SparkChannelMonitor*, monitor_count> channel_monitors_{};
+    std::array<SparkOutputMonitor*, monitor_count> output_monitors_{};
 };
