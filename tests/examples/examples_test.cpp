@@ -61,6 +61,7 @@ TEST(Examples, ShowWhatASessionMirrors)
         {"10_timecode",
          {},
          "standard  1080i 50Hz\nfrom      09.59.59.20\nto        10:00:00:24\nfields    60\n"},
+        {"11_output", {}, "output 1 shows bars_and_tone\noutput 1 shows news/weather_tonight\n"},
     };
     const QHostAddress address(QString::fromStdString(support::own_loopback_address()));
     QProcess early;
