@@ -5,9 +5,12 @@
 #include <skuan/config/cf_model.h>
 #include <skuan/config/us_model.h>
 #include <skuan/foundation/assertfail.h>
+#include <skuan/foundation/athread.h>
 #include <skuan/foundation/atimer.h>
+#include <skuan/monitors/alert_model.h>
 #include <skuan/monitors/spark_channel_monitor.h>
 #include <skuan/monitors/spark_output_monitor.h>
+#include <skuan/monitors/spark_timecode.h>
 #include <skuan/platform/host_name.h>
 #include <skuan/session/spark_status.h>
 
@@ -23,6 +26,13 @@ Spark::Spark(const QString& server, QObject* parent)
 Spark::Spark(bool local, QObject* parent) : KVRP3::APIQt(parent)
 {
     setObjectName(QStringLiteral("Spark"));
+    timecode_ = new SparkTimecode;
+    timecode_->thread()->setParent(this); // or it would need an event loop to go
+    timecode_pacing_ = new ATimer(true, this);
+    connect(timecode_, &SparkTimecode::timecode_available, timecode_pacing_, qOverload<>(&ATimer::start));
+    connect(timecode_pacing_, &ATimer::timeout, this, &Spark::process_timecode);
+    connect(timecode_, &SparkTimecode::ltc_available, this, &Spark::process_ltc);
+
     cf_model_ = CFModel::create(local, this);
     us_model_ = USModel::create(local, this);
     channel_config_ = new CFChannelConfig(cf_model_, us_model_, this);
@@ -37,7 +47,11 @@ Spark::Spark(bool local, QObject* parent) : KVRP3::APIQt(parent)
     connect(this, &Spark::connected, this, &Spark::slot_connected);
 }
 
-Spark::~Spark() = default;
+Spark::~Spark()
+{
+    delete timecode_;
+    delete alert_model_;
+}
 
 // Reports reach the monitors without the public signals, and so do those that somebody emits.
 void Spark::make_monitors()
@@ -114,6 +128,8 @@ void Spark::slot_connected()
         cmd_report_register(KVRP3::ReportType_melt);
     if (export_notification_required_)
         cmd_report_register(KVRP3::ReportType_export);
+    if (alert_model_)
+        cmd_report_register(KVRP3::ReportType_alerts);
     for (unsigned i = 0; i < most_counted_channels; ++i) {
         if (notification_counts_[i] == 0)
             continue;
@@ -142,6 +158,22 @@ void Spark::require(bool& flag, KVRP3::ReportType type)
 {
     if (!std::exchange(flag, true) && is_connected())
         cmd_report_register(type);
+}
+
+// Two threads may both make one; the second of them has made it in vain.
+AlertModel* Spark::get_alert_model()
+{
+    if (AlertModel* const present = alert_model_)
+        return present;
+    auto* const made = new AlertModel(this);
+    AlertModel* present = nullptr;
+    if (!alert_model_.compare_exchange_strong(present, made)) {
+        delete made;
+        return present;
+    }
+    if (is_connected())
+        cmd_report_register(KVRP3::ReportType_alerts);
+    return made;
 }
 
 void Spark::request_listplay_notification(unsigned channel)
@@ -232,6 +264,34 @@ void Spark::do_report_channel_info(KVRP3::Channel channel, KVRP3::ChannelInforma
 {
     if (SparkChannelMonitor* const monitor = toMonitor(channel))
         monitor->spark_info(information);
+}
+
+bool Spark::parse_intercept(const XMLTree& message)
+{
+    if (!message.has_tag_z("report") || message.count_subnodes() != 1)
+        return false;
+    const XMLTree& body = message.get_subnodes().front();
+    if (!body.has_tag_z("channel_timecode") && !body.has_tag_z("ltc_timecode"))
+        return false;
+    timecode_->add(generation_, message);
+    return true;
+}
+
+// The next turn is asked for first: a slot may well run an event loop of its own.
+void Spark::process_timecode()
+{
+    SparkTimecode::ChannelTimecode newest;
+    if (!timecode_->take_timecode(generation_, &newest))
+        return;
+    timecode_pacing_->start();
+    do_report_channel_timecode(newest.channel, newest.clip_position, newest.display, newest.input);
+}
+
+void Spark::process_ltc()
+{
+    KVRP3::Timecode newest;
+    if (timecode_->take_ltc(generation_, &newest))
+        do_report_ltc_timecode(newest);
 }
 
 void Spark::send(const void* data, unsigned length)

@@ -9,15 +9,18 @@
 #include <QString>
 
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <variant>
 
-class CFChannelConfig;
+class AlertModel;
 class ATimer;
+class CFChannelConfig;
 class CFModel;
 class SparkChannelMonitor;
 class SparkOutputMonitor;
 class SparkStatus;
+class SparkTimecode;
 class USModel;
 
 /// What a long-running operator program talks through. From its construction on it looks every 200 ms whether
@@ -97,6 +100,10 @@ public:
     /// How the session stands with its server. Never null.
     const SparkStatus* status() const { return status_; }
 
+    /// The server's alerts, which it is asked to tell of from the first call on, on every connection. Never
+    /// null. Any thread.
+    AlertModel* get_alert_model();
+
 Q_SIGNALS:
     /// Internal: the hop to the session's thread. The bytes are dropped if the command of that number has
     /// failed.
@@ -104,6 +111,10 @@ Q_SIGNALS:
 
 protected:
     void send(const void* data, unsigned length) override;
+    /// Takes the timecodes of channels and of the LTC input, which come with every field. They are decoded on
+    /// another thread, and the newest of each channel comes back: one to a turn of the event loop, so that
+    /// everything else has its turn too.
+    bool parse_intercept(const XMLTree& message) override;
 
     void do_report_channel_status(KVRP3::Channel channel, KVRP3::ChannelStatus status,
                                   AOption<KVRP3::ClipID> clip) override;
@@ -118,6 +129,8 @@ private Q_SLOTS:
     void slot_connected();
     void slot_indirect_send(const QByteArray& bytes, quint64 command);
     void stay_connected();
+    void process_timecode();
+    void process_ltc();
 
 private:
     friend class ChannelMonitor;
@@ -138,7 +151,10 @@ private:
     bool melt_notification_required_ = false;
     bool export_notification_required_ = false;
     std::array<unsigned, most_counted_channels> notification_counts_{};
-    ATimer* attempts_ = nullptr; ///< a child, as are all that follow
+    std::atomic<AlertModel*> alert_model_{nullptr}; ///< once it is there, it stays
+    SparkTimecode* timecode_ = nullptr;
+    ATimer* timecode_pacing_ = nullptr; ///< a child, as are all that follow
+    ATimer* attempts_ = nullptr;
     std::uint64_t generation_ = 0;
     QPointer<CFModel> cf_model_;
     QPointer<USModel> us_model_;
