@@ -14,8 +14,9 @@ namespace {
 
 using namespace KVRP3;
 
-/// What is decoded before somebody is told: all at usual loads, and under a load that never lets the work
-/// end, still a thousand times a second and more.
+/// So many reports are not left to wait for more, and are decoded before somebody is told: all that come
+/// together at usual loads; and under a load that never lets the work end, somebody is told thousands of
+/// times a second.
 constexpr unsigned at_once = 64;
 
 } // namespace
@@ -35,12 +36,20 @@ SparkTimecode::~SparkTimecode()
 
 void SparkTimecode::add(std::uint64_t generation, const XMLTree& report)
 {
+    bool many;
     {
         const auto work = work_.lock();
         if (work->size() == most_work)
             leave_out_outdated(*work);
         work->push_back({generation, report});
+        many = work->size() >= at_once;
     }
+    if (many)
+        work_off();
+}
+
+void SparkTimecode::work_off()
+{
     if (!work_signalled_.exchange(true))
         Q_EMIT work_available();
 }

@@ -40,9 +40,12 @@ public:
     /// Ends the thread, and waits for it.
     ~SparkTimecode() override;
 
-    /// Costs a copy and a wake-up; never waits. When too many wait already, those go that a later one on the
-    /// same channel has made worthless.
+    /// Never waits. When too many wait already, those go that a later one on the same channel has made
+    /// worthless.
     void add(std::uint64_t generation, const XMLTree& report);
+    /// To be called when all that came together has been added: the thread is woken by this, and by no single
+    /// report but one that makes too many. To be woken costs more than to decode.
+    void work_off();
 
     /// The newest value of the channel that has waited longest. False, and nothing is set, if there is none:
     /// the next one is then told of by `timecode_available` again.

@@ -274,7 +274,16 @@ bool Spark::parse_intercept(const XMLTree& message)
     if (!body.has_tag_z("channel_timecode") && !body.has_tag_z("ltc_timecode"))
         return false;
     timecode_->add(generation_, message);
+    if (!std::exchange(handing_over_timecodes_, true))
+        QMetaObject::invokeMethod(this, &Spark::hand_over_timecodes, Qt::QueuedConnection);
     return true;
+}
+
+// The reports of a field come together, and are handed over together.
+void Spark::hand_over_timecodes()
+{
+    handing_over_timecodes_ = false;
+    timecode_->work_off();
 }
 
 // The next turn is asked for first: a slot may well run an event loop of its own.

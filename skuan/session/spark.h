@@ -129,6 +129,7 @@ private Q_SLOTS:
     void slot_connected();
     void slot_indirect_send(const QByteArray& bytes, quint64 command);
     void stay_connected();
+    void hand_over_timecodes();
     void process_timecode();
     void process_ltc();
 
@@ -153,7 +154,8 @@ private:
     std::array<unsigned, most_counted_channels> notification_counts_{};
     std::atomic<AlertModel*> alert_model_{nullptr}; ///< once it is there, it stays
     SparkTimecode* timecode_ = nullptr;
-    ATimer* timecode_pacing_ = nullptr; ///< a child, as are all that follow
+    bool handing_over_timecodes_ = false; ///< in this turn of the event loop
+    ATimer* timecode_pacing_ = nullptr;   ///< a child, as are all that follow
     ATimer* attempts_ = nullptr;
     std::uint64_t generation_ = 0;
     QPointer<CFModel> cf_model_;

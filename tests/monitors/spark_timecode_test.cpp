@@ -59,6 +59,7 @@ protected:
         QMetaObject::invokeMethod(
             &path, [&] { go_on.semTake(); }, Qt::QueuedConnection);
         add();
+        path.work_off();
         go_on.semGive();
         QMetaObject::invokeMethod(
             &path, [] {}, Qt::BlockingQueuedConnection);
