@@ -341,6 +341,11 @@ TEST_F(Skuanctl, WatchesThroughLostConnections)
         {"--count 2 config watch ReferenceSource", "config set ReferenceSource input1",
          "ReferenceSource=refin\n", "ReferenceSource=input1\n"},
         {"--count 2 dict watch show", "dict set show late", "show=evening\n", "show=late\n"},
+        {"--count 3 monitor B,A --columns tally", "dict set Tally0 red", "CH  TALLY\nB   -\nA   -\n",
+         "A   red\n"},
+        {"--json --count 2 monitor B --columns=clip,speed", "cue B bars_and_tone",
+         "{\"channel\":\"B\",\"clip\":null,\"speed\":0}\n",
+         "{\"channel\":\"B\",\"clip\":\"bars_and_tone\",\"speed\":0}\n"},
     };
     const Station station;
     ask(station, split("dict set show evening"));
@@ -412,6 +417,45 @@ TEST_F(Skuanctl, ShowsControlCharactersOnATerminalOnly)
     char shown[100] = {};
     EXPECT_GT(::read(terminal, shown, sizeof shown - 1), 0);
     EXPECT_STREQ(shown, "a\\\\b\\nc é\r\n");
+    ::close(terminal);
+}
+
+// A table that is drawn over, in a terminal of 80 by 24, while the server goes and comes.
+TEST_F(Skuanctl, DrawsWhatChangesOnATerminal)
+{
+    const Station station(simulator::Settings{.pace = 0, .faults = {}});
+    ask(station, {"cue", "A", "sports/Łódź–Málaga 2:1"});
+    const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
+    ASSERT_EQ(::grantpt(terminal), 0);
+    ASSERT_EQ(::unlockpt(terminal), 0);
+    std::string out;
+    const auto shows = [&](const std::string& text) {
+        char some[1000];
+        for (ssize_t size = 0; out.find(text) == std::string::npos; out.append(some, std::size_t(size)))
+            if ((size = ::read(terminal, some, sizeof some)) <= 0)
+                return false;
+        return true;
+    };
+    QProcess process;
+    process.start("/bin/sh",
+                  {"-c", "TERM=xterm exec \"$0\" --host \"$1\" monitor A --columns clip,tally > \"$2\"",
+                   program, station.address().toString(), ::ptsname(terminal)});
+    const QString clip = QStringLiteral("sports/Łódź–Málaga 2:1").leftJustified(48);
+    ASSERT_TRUE(shows("\r\nA   " + clip.toStdString() + "  -      \r\n")) << out;
+    EXPECT_THAT(station->control("registrations").toStdString(), testing::EndsWith("A clipid"));
+
+    ask(station, {"dict", "set", "Tally0", "red"});
+    EXPECT_TRUE(shows("\r\n\x1b[1A\x1b[55Gred\x1b[1B\r")) << out;
+    station->set_faults(Faults{.refuse = true});
+    station->drop_clients();
+    EXPECT_TRUE(shows("\x1b[3A\x1b[1Glost the connection to ")) << out;
+    station->set_faults({});
+    EXPECT_TRUE(shows(" again\x1b[K\x1b[3B\r")) << out;
+
+    ::kill(static_cast<pid_t>(process.processId()), SIGINT);
+    EXPECT_TRUE(shows("\x1b[3B\r\r\x1b[K")) << out;
+    ASSERT_TRUE(process.waitForFinished());
+    EXPECT_EQ(process.exitCode(), 130);
     ::close(terminal);
 }
 

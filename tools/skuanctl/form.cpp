@@ -61,6 +61,9 @@ QString help_on(const QString& option)
     static const std::pair<const char*, const char*> rows[] = {
         {"bind", "listen here, at port 8913; replay then plays the server's side"},
         {"board", "sorrel, tansy1, tansy2 or tansy3, whatever the server tells"},
+        {"columns",
+         "which values to follow, with commas between them: status, clip, position, timecode, speed, loop, "
+         "tally, which are those it follows by itself, input (timecode) and length"},
         {"connection", "only this connection of the file"},
         {"paced", "say nothing before its recorded time"},
         {"wait", "until the recording has ended"},

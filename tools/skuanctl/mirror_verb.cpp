@@ -51,8 +51,6 @@ void MirrorVerb::take_connection()
 {
     if (!was_connected_)
         limit_.start();
-    else
-        run_.remark(QStringLiteral("connected to %1 again").arg(run_.host()));
     was_connected_ = true;
     session_.cmd_sync(
         AFunction::member<&MirrorVerb::take_all_answered>(this),
@@ -69,9 +67,10 @@ void MirrorVerb::take_state(QAbstractSocket::SocketState state)
                                         : cannot_connect(run_.host(), session_.error_text()));
     if (!patience_.is_asked())
         return run_.fail(connection_lost(run_.host(), session_.error_text()));
-    if (all_answered_)
-        run_.remark(connection_lost(run_.host(), session_.error_text()).message);
-    all_answered_ = false;
+    if (std::exchange(all_answered_, false)) {
+        tell_connection(connection_lost(run_.host(), session_.error_text()).message);
+        has_told_loss_ = true;
+    }
 }
 
 // A refusal is an answer; what was not answered is asked again on the next connection.
@@ -79,6 +78,8 @@ void MirrorVerb::take_all_answered()
 {
     once_settled([this] {
         all_answered_ = session_.is_connected();
+        if (all_answered_ && std::exchange(has_told_loss_, false))
+            tell_connection(QStringLiteral("connected to %1 again").arg(run_.host()));
         look();
     });
 }
@@ -102,12 +103,27 @@ void MirrorVerb::stay()
 
 void MirrorVerb::report(const QString& name, const QString& value, const QJsonObject& object)
 {
-    if (run_.is_over() || patience_.is_over())
+    if (has_told_enough())
         return;
     run_.line(name + '=' + value, object);
+    count();
+}
+
+bool MirrorVerb::has_told_enough() const
+{
+    return run_.is_over() || patience_.is_over();
+}
+
+void MirrorVerb::count()
+{
     patience_.count();
     if (knows_ && patience_.is_over())
         run_.done();
+}
+
+void MirrorVerb::tell_connection(const QString& text)
+{
+    run_.remark(text);
 }
 
 void MirrorVerb::take_error(KVRP3::ErrorMessage message, KVRP3::ErrorCode code)

@@ -35,6 +35,14 @@ protected:
     /// A change, as a line.
     void report(const QString& name, const QString& value, const QJsonObject& object);
 
+    /// Whether as many changes have been told as were asked for, or the run is over for another reason.
+    bool has_told_enough() const;
+    /// One more has been.
+    void count();
+
+    /// How it stands with the connection; by default a remark.
+    virtual void tell_connection(const QString& text);
+
     /// For what the verb itself asks the server: a refusal ends the run.
     void take_error(KVRP3::ErrorMessage message, KVRP3::ErrorCode code);
 
@@ -55,5 +63,6 @@ private:
     QAbstractSocket::SocketState state_ = QAbstractSocket::UnconnectedState;
     bool was_connected_ = false;
     bool all_answered_ = false; // the dictionary has no more to tell at once
+    bool has_told_loss_ = false;
     bool knows_ = false;
 };

@@ -102,6 +102,11 @@ void Output::end_progress()
         std::fputs("\r\033[K", stderr);
 }
 
+bool Output::can_draw() const
+{
+    return !json_ && can_move_cursor(stdout);
+}
+
 void Output::error(const Failure& failure, const QString& host)
 {
     end_progress();

@@ -32,6 +32,12 @@ public:
     /// the end. Costs little if nobody is there.
     void progress(const QString& text);
 
+    /// Whether results go to a terminal on which `draw` can move the cursor.
+    bool can_draw() const;
+
+    /// Text and escape sequences, as they are.
+    void draw(const QByteArray& bytes) { write(bytes); }
+
     /// `host`, if there are several, is told with it.
     void error(const Failure& failure, const QString& host = {});
 

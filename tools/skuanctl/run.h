@@ -25,6 +25,7 @@ public:
     const Options& options() const { return options_; }
     const QString& host() const { return host_; }
     Link& link() { return link_; }
+    Output& output() { return output_; }
 
     /// One line of the result: the text, or, with --json, the object.
     void line(const QString& text, const QJsonObject& object) { lines({text}, object); }

@@ -22,6 +22,14 @@ const std::vector<VerbRow>& verb_rows()
          "tell what the server is: name, version, standard, reference, disk, latency, compression",
          "what each of the questions answers, by tag", make_info},
 
+        {"monitor", "", "[CHANNELS] [--columns=COLUMNS]",
+         "follow the channels, field by field: a table on a terminal, and else a line whenever a channel "
+         "changes",
+         "channel; columns: status, clip, position, timecode, speed, loop, tally, input, length, with null "
+         "for "
+         "what is not known",
+         make_monitor, Stay::always},
+
         {"channel list", "", "[CHANNELS]", "show what the channels do",
          "Channel, and what its reports tell, by tag", make_channel_list},
         {"channel timecode", "get_current_timecode", "Channel",

@@ -90,6 +90,7 @@ std::unique_ptr<Verb> make_dict_watch(Run& run);
 std::unique_ptr<Verb> make_config_get(Run& run);
 std::unique_ptr<Verb> make_config_watch(Run& run);
 std::unique_ptr<Verb> make_layout(Run& run);
+std::unique_ptr<Verb> make_monitor(Run& run);
 std::unique_ptr<Verb> make_export(Run& run);
 std::unique_ptr<Verb> make_watch(Run& run);
 std::unique_ptr<Verb> make_raw(Run& run);
