@@ -11,7 +11,7 @@ server_pid=
 trap 'kill "$server_pid" 2>/dev/null || true' EXIT
 start_server() {
     local ready
-    exec {server}< <(exec "$bin/skuan-sim" --address "$host")
+    exec {server}< <(exec setsid "$bin/skuan-sim" --address "$host") # Ctrl-C is for who talks to it
     server_pid=$!
     if ! read -r -t 20 -u "$server" ready; then
         echo "demo: the server did not say that it is ready" >&2
@@ -72,8 +72,18 @@ seen # the session has come back by itself, and looked again
 ask config set StationName Harbour
 seen
 
+# Channels at work, followed field by field.
+ask cue A news/weather_tonight --loop loop
+ask play A
+ask cue B sports/derby_2nd_half --at 900 --loop pingpong
+ask play B --speed -0.5
+ask cue C news/1800_headlines --loop loop
+ask play C --speed 4
+ask record D demo/night --length 3000
+ask dict set Tally0 red
+
 echo
-echo "That was a program linked to libskuan.so, asking a server over TCP. What to try next:"
+echo "All of this was a program linked to libskuan.so, talking to a server over TCP. What to try next:"
 printf '  %-36s  %s\n' \
     "$bin/skuan-sim" "a server at 127.0.0.1 that stays; --help: how it can misbehave" \
     "$bin/skuanctl clip list" "ask it; --help: all that the command line can do" \
@@ -81,5 +91,12 @@ printf '  %-36s  %s\n' \
     "./dev test" "run every test"
 
 if [[ -t 0 && -t 1 ]]; then
-    read -r -p "The server goes on at $host (port 8913); press Enter to end it. "
+    echo
+    echo "Ctrl-C ends what follows, and the server. Until then another terminal may ask it, too, as with"
+    echo "  $bin/skuanctl --host $host stop A"
+    show_command monitor
+    trap : INT
+    "$bin/skuanctl" --host "$host" monitor || true
+else
+    ask --count 24 monitor A,B,C,D
 fi
