@@ -39,7 +39,8 @@ public:
 
     // Subscribing: `sig` as SIGNAL writes it, the slots as SLOT does; they take a QByteArray or nothing. The
     // target is the monitor itself if none is given, and a subscription ends with it. There may be any number
-    // for one signal. Receivers that are there already give no `attach`.
+    // for one signal. Receivers that are there already give no `attach`. A null target, or a slot that it
+    // does not have, subscribes nothing; Qt warns of it.
 
     void add_sig_monitor(const char* sig, const char* attach_slot, const char* detach_slot);
     void add_sig_monitor(const char* sig, QObject* target, const char* attach_slot, const char* detach_slot);
@@ -77,6 +78,8 @@ protected:
     QObject* proxy() const { return proxy_; }
     /// How many of the connections to `sig` are the monitor's own, and do not count.
     virtual int own_connections(const QByteArray& sig) const;
+    /// Whether `sig`, normalised, has a connection that counts. Not with a proxy: only that one knows.
+    bool is_listened_to(const QByteArray& sig) const;
 
 private:
     struct Entry

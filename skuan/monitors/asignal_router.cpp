@@ -29,7 +29,7 @@ void ASignalRouter::add_route(const char* sig, QObject* target, const char* targ
     }
     if (routes_of(name).size() == 1)
         add_sig_monitor(name, attach_slot, detach_slot);
-    if (proxy() == this && receivers(name) > own_connections(name))
+    if (is_listened_to(name))
         attach(name); // nobody tells of receivers that were there before
 }
 
