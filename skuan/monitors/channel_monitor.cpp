@@ -121,10 +121,12 @@ void ChannelMonitor::attached(const QByteArray& sig)
 
 void ChannelMonitor::register_report(ChannelReportType report)
 {
-    if (is_connected())
-        api_->cmd_channel_report_register(channel_, report);
-    else if (report == ChannelReportType_timecode)
-        reemit_timecode();
+    if (!is_connected()) {
+        if (report == ChannelReportType_timecode)
+            reemit_timecode();
+    } else if (SparkChannelMonitor* const sessions_own = api_->toMonitor(channel_)) {
+        sessions_own->register_for_good(report);
+    }
 }
 
 void ChannelMonitor::connected()

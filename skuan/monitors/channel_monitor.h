@@ -61,7 +61,7 @@ public:
         return serves(KVRP3::ChannelReportType_aux_audio_timecode, sig);
     }
 
-    // For who needs the timecode reports without a receiver here. Any thread; each add has its remove.
+    // For who needs the timecode reports without a receiver here. Each add has its remove, on any thread.
 
     void timecode_use_add();
     void timecode_use_remove();

@@ -42,12 +42,19 @@ void SparkChannelMonitor::update_registry(ChannelReportType report, bool on)
         return; // `spark_connected` comes
     if (on)
         spark_->cmd_channel_report_register(channel_, report);
-    else
+    else if (!for_good_[report])
         spark_->cmd_channel_report_unregister(channel_, report);
+}
+
+void SparkChannelMonitor::register_for_good(ChannelReportType report)
+{
+    for_good_.set(report);
+    update_registry(report, true);
 }
 
 void SparkChannelMonitor::spark_connected()
 {
+    for_good_.reset();
     for (const ChannelReportType report :
          {ChannelReportType_status, ChannelReportType_clipid, ChannelReportType_speed,
           ChannelReportType_timecode, ChannelReportType_aux_audio_timecode, ChannelReportType_info})

@@ -11,7 +11,8 @@ class ChannelReports;
 
 /// The session's own monitor of a channel, which it makes and owns: Spark::get_channel_monitor. The server is
 /// registered with for a report exactly as long as a signal that the report serves has a receiver, on every
-/// connection. Values stay when a connection is lost, until a report brings others.
+/// connection; what a ChannelMonitor has registered for stays so until the connection ends. Values stay when
+/// a connection is lost, until a report brings others.
 ///
 /// `report_playback_mode` always carries the unset value, whatever the channel's information says. That is
 /// meant: who needs it reads the information.
@@ -42,6 +43,8 @@ private:
     void spark_info(const KVRP3::ChannelInformation& information);
     void spark_aux_audio_timecode(KVRP3::ClipPosition position);
 
+    /// A monitor that is not the session's needs it for the rest of this connection.
+    void register_for_good(KVRP3::ChannelReportType report);
     /// Everything that this one is told, for the monitors that are not the session's.
     const skuan::ChannelReports* reports() const { return reports_; }
 
@@ -52,4 +55,5 @@ private:
     Spark* const spark_; ///< the parent
     const KVRP3::Channel channel_;
     skuan::ChannelReports* const reports_; ///< a child
+    std::bitset<8> for_good_;              ///< by ChannelReportType: what is not unregistered
 };

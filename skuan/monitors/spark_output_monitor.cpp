@@ -50,7 +50,8 @@ void SparkOutputMonitor::emit_all()
         tell(value);
 }
 
-// "report_x" of the source goes to "ch_x" here.
+// "report_x" of the source goes to "ch_x" here: once, also where a slot has brought it about already while
+// `set_channel_monitor` was on its way to it.
 void SparkOutputMonitor::wish_changed(ChannelValue value)
 {
     if (!source_)
@@ -59,7 +60,7 @@ void SparkOutputMonitor::wish_changed(ChannelValue value)
     const QByteArray name = report.methodSignature().replace("report_", "ch_");
     const QMetaMethod slot = staticMetaObject.method(staticMetaObject.indexOfSlot(name));
     if (wants(value))
-        connect(source_, report, this, slot);
+        connect(source_, report, this, slot, Qt::UniqueConnection);
     else
         disconnect(source_, report, this, slot);
 }

@@ -90,6 +90,7 @@ public:
     CFModel* cf_model() const;
     USModel* us_model() const;
     const CFChannelConfig* channel_config() const { return channel_config_; }
+
     // What each channel and each output is doing, 0 to 11; any other one is reported, and null. They take the
     // reports of status, clip, speed, timecode, auxiliary audio and information: the session's own signals
     // for these six stay silent. Somebody who emits those reaches the monitors.

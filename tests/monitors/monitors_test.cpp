@@ -168,11 +168,14 @@ TEST_F(Monitors, of_outputs_follow_the_routing)
     route_output_1(0);
     EXPECT_TRUE(heard["output"].startsWith("speed 20, ")); // and then what the server says
     EXPECT_FALSE(heard["free"].contains("20"));
+    listen("late free", &free, &OutputMonitor::sig_speed, "speed");
     heard_now();
     Q_EMIT session->report_channel_speed(KVRP3::Channel_B, 31);
     Q_EMIT session->report_channel_speed(KVRP3::Channel_A, 30);
-    EXPECT_EQ(std::exchange(heard, {}),
-              (Heard{{"output", "speed 30, "}, {"late", "speed 30, "}, {"free", "speed 30, "}}));
+    EXPECT_EQ(std::exchange(heard, {}), (Heard{{"output", "speed 30, "},
+                                               {"late", "speed 30, "},
+                                               {"free", "speed 30, "},
+                                               {"late free", "speed 30, "}}));
     route_output_1(-1);
     Q_EMIT session->report_channel_speed(KVRP3::Channel_A, 40);
     EXPECT_EQ(heard, (Heard{{"output", "speed 0, "}, {"late", "speed 0, "}}));
@@ -196,6 +199,11 @@ TEST_F(Monitors, that_stand_free_register_and_never_unregister)
     EXPECT_EQ(registered(), QStringList("B status timecode"));
     const auto playback = listen("playback", &monitor, &ChannelMonitor::sig_playback_mode, "playback");
     EXPECT_EQ(registered(), QStringList("B status timecode")); // nobody asks for that one alone
+    const auto come_and_go = [this] {
+        QObject::disconnect(
+            listen("own", session->get_channel_monitor(1), &SparkMonitor::report_status, "status"));
+    };
+    come_and_go();
     QObject::disconnect(early);
     EXPECT_EQ(registered(), QStringList("B status timecode"));
     heard_now();
@@ -205,6 +213,7 @@ TEST_F(Monitors, that_stand_free_register_and_never_unregister)
                             {"timecodes", "timecodes 0 - -, "},
                             {"playback", "playback -, "}}));
     go_online();
+    come_and_go();
     EXPECT_EQ(registered(), QStringList("B timecode info")); // but with a new connection, it is
     go_offline();
     ear.disconnect();
@@ -226,8 +235,20 @@ TEST_F(Monitors, that_stand_free_register_and_never_unregister)
 TEST_F(Monitors, bear_receivers_that_come_and_go_while_they_are_told)
 {
     go_online();
-    route_output_1(0);
     SparkOutputMonitor* const output = session->get_output_monitor(1);
+    bool is_new_source = false;
+    QObject::connect(output, &SparkOutputMonitor::report_status, &ear, [&] {
+        if (std::exchange(is_new_source, false))
+            listen("output", output, &SparkOutputMonitor::report_speed, "speed");
+    });
+    route_output_1(-1);
+    is_new_source = true;
+    route_output_1(0);
+    heard_now();
+    Q_EMIT session->report_channel_speed(KVRP3::Channel_A, 7);
+    EXPECT_EQ(heard, (Heard{{"output", "speed 7, "}})); // and not twice, of a source that is connected twice
+    QObject::disconnect(output, nullptr, &ear, nullptr);
+
     auto* const doomed = new QObject;
     int told = 0;
     QObject::connect(output, &SparkOutputMonitor::report_speed, doomed, [&] {
