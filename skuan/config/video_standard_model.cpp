@@ -106,13 +106,16 @@ void VideoStandardModel::set(VideoFrequency frequency, VideoResolution resolutio
         item_->set(static_cast<int>(toVideoStandard(resolution, frequency)));
 }
 
-void VideoStandardModel::model_changed(const QString& text)
+// A slot may edit the item, so that these signals come in the midst of themselves, or end this model. Each
+// therefore takes the value anew: none tells of one that has been replaced before it.
+void VideoStandardModel::model_changed()
 {
-    const VideoStandard standard = standard_of(text);
-    const VideoFrequency frequency = toVideoFrequency(standard);
-    const VideoResolution resolution = toVideoResolution(standard);
-    Q_EMIT changed(standard);
-    Q_EMIT changed(frequency, resolution);
-    Q_EMIT changed(frequency);
-    Q_EMIT changed(resolution);
+    const QPointer<VideoStandardModel> alive(this);
+    Q_EMIT changed(get());
+    if (alive)
+        Q_EMIT changed(get_frequency(), get_resolution());
+    if (alive)
+        Q_EMIT changed(get_frequency());
+    if (alive)
+        Q_EMIT changed(get_resolution());
 }

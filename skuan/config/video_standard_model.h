@@ -50,7 +50,8 @@ public Q_SLOTS:
     void set(Vantor::VideoFrequency frequency, Vantor::VideoResolution resolution);
 
 Q_SIGNALS:
-    // In this order after each change of the item, also to what is no standard here.
+    // In this order after each change of the item, also to what is no standard here. If a slot changes it
+    // again, what is still to come has the newest value.
 
     void changed(Vantor::VideoStandard standard);
     void changed(Vantor::VideoFrequency frequency, Vantor::VideoResolution resolution);
@@ -58,7 +59,7 @@ Q_SIGNALS:
     void changed(Vantor::VideoResolution resolution);
 
 private Q_SLOTS:
-    void model_changed(const QString& text);
+    void model_changed();
 
 private:
     void follow(CFItemModel* item);

@@ -31,7 +31,7 @@ public:
     void clear();
 
     /// Samples will not come or not be right for a while: if the value is running, let it run on for `hold`
-    /// from now, whatever samples say.
+    /// from now, whatever samples say. Those from before are forgotten.
     void flywheel_longer();
 
     void set_count_up() { set_count_speed(65536); }

@@ -117,9 +117,10 @@ bool operator<(HRTime a, HRTime b)
 {
     if (a.is_badtime() || b.is_badtime())
         return a.is_badtime() && !b.is_badtime();
-    if (a.is_actual_time())
-        return SKUAN_CHECK(b.is_actual_time()) && a.ticks_ < b.ticks_;
-    return !SKUAN_CHECK(b.is_duration()) || a.ticks_ < b.ticks_;
+    if (a.is_actual_time_ == b.is_actual_time_)
+        return a.ticks_ < b.ticks_;
+    assertfail(__FILE__, __LINE__, a.is_duration() ? "other.is_duration ()" : "other.is_actual_time ()");
+    return a.is_duration();
 }
 
 AString HRTime::to_astring() const

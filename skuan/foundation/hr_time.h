@@ -81,7 +81,7 @@ private:
 class HRTimeout
 {
 public:
-    /// Expires after that moment. A bad time has expired.
+    /// Expires after that moment. A bad time has expired; so has a span, which is reported.
     HRTimeout(HRTime moment) : moment_(moment) {}
 
     bool timeout_expired() const { return moment_ < HRTime::now(); }

@@ -33,9 +33,9 @@ Totals& totals()
 
 Measure::~Measure()
 {
+    HRTime& total = totals().by_name[name_ ? name_ : ""];
     if (start_.is_badtime())
         return;
-    HRTime& total = totals().by_name[name_ ? name_ : ""];
     const HRTime spent = HRTime::now() - start_;
     total = total.is_badtime() ? spent : total + spent;
 }
@@ -54,7 +54,8 @@ MeasureRun::~MeasureRun()
     Totals& all = totals();
     const PortableMutexLock lock(all.mutex);
     all.run.reset();
-    for (const auto& [name, total] : all.by_name)
+    const auto by_name = all.by_name; // whoever takes what is logged may measure too
+    for (const auto& [name, total] : by_name)
         qCDebug(logTimeRat, "%s:\t%s", name.c_str(), total.to_string().c_str());
 }
 

@@ -84,9 +84,18 @@ TEST_F(VideoStandards, tell_a_change_in_four_ways)
     told.clear();
     say("4K_60p", {});
     EXPECT_EQ(told, "||||");
-    say("720_60p", {});
+    told.clear();
+    // A slot that sets another standard is told the rest of the newer one only.
+    QObject::connect(&model, qOverload<VideoFrequency, VideoResolution>(&Model::changed), &model,
+                     [&] { model.set(VideoStandard_720_60p); });
+    say("625_50i", {});
+    EXPECT_EQ(told, "625i 50Hz|50Hz625i|720p 60Hz|60Hz720p|60Hz|720p|60Hz|720p|");
     settle();
     EXPECT_EQ(queued, VideoStandard_720_60p);
+
+    auto* const doomed = new Model(mirror.get(), nullptr);
+    QObject::connect(doomed, qOverload<VideoStandard>(&Model::changed), [=] { delete doomed; });
+    item->set("720_50p");
 }
 
 TEST_F(VideoStandards, of_this_machine_are_those_of_its_mirror)

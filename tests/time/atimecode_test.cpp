@@ -74,7 +74,6 @@ TEST(ATimecode, constants_need_a_frequency_and_at_59_94_a_flag)
     EXPECT_EQ(timecode_fields_per_second(none), 0u);
     EXPECT_EQ(timecode_fields_per_day(f59, no_flag), 0u);
     EXPECT_EQ(timecode_fields_per_hour(f59), 215784u);
-    EXPECT_EQ(timecode_fields_per_10minutes(f59, ndf), 36000u);
     EXPECT_EQ(timecode_fields_per_minute(VideoFrequency_47_95Hz, no_flag), 2880u);
     EXPECT_EQ(timecode_numfields(f59, no_flag, 1, 0, 0, 0, 0, false), 0u);
     for (const ATimecode& t :
@@ -89,6 +88,7 @@ TEST(ATimecode, constants_need_a_frequency_and_at_59_94_a_flag)
     }
 }
 
+// Here and below: what the page on timecode, which has a test of its own, does not show.
 TEST(ATimecode, writes_the_groups_that_are_needed)
 {
     const struct
@@ -97,17 +97,11 @@ TEST(ATimecode, writes_the_groups_that_are_needed)
         unsigned groups;
         const char* text;
     } rows[] = {
-        {{f50, 0}, 4, "00.00.00.00"},
         {{f50, 0}, 0, "00"},
         {{f50, 1}, 9, "0+00:00:00:00"},
         {{f50, 51}, 1, "01:00"},
         {{f50, 3000}, 0, "01.00.00"},
-        {{f50, 4320000 + 2 * 180000 + 3 * 3000 + 4 * 50 + 2 * 5 + 1}, 2, "1+02:03:04:05"},
-        {{f50, df, 1}, 2, "00:00"}, // df, which this rate cannot carry
-        {{f59, 3600}, 4, "00,01,00,02"},
-        {{f59, 3599}, 4, "00;00;59;29"},
-        {{f59, 35964}, 4, "00,10,00,00"},
-        {{f59, 5178816}, 4, "1+00,00,00,00"},
+        {{f50, df, 1}, 2, "00:00"},                   // df, which this rate cannot carry
         {{f59, 0, 1, 0, 0, false}, 4, "00,00,59,28"}, // left out, and not corrected
         {{f59, ndf, 3601}, 4, "00:01:00:00"},
         {{VideoFrequency_48Hz, 4320000}, 4, "1+01.00.00.00"},
@@ -129,13 +123,10 @@ TEST(ATimecode, reads_what_an_operator_types)
         DropframeFlag read_as;
     } rows[] = {
         {f50, none, "", 0, ndf},
-        {f50, none, "00:00:00:00", 1, ndf}, // the second field
         {f50, df, "00.00.00.00", 0, ndf},
-        {f50, none, "1+02:03:04:05", 102 * 180000 + 3 * 3000 + 4 * 50 + 2 * 5 + 1, ndf},
         {f50, none, "9.9.1.2.3.4", 180000 + 2 * 3000 + 3 * 50 + 2 * 4, ndf},
         {f50, none, "2..", 2 * 3000, ndf},
-        {f50, none, "1:2.3", 3000 + 2 * 50 + 6, ndf}, // mixed: field 1
-        {f50, none, "1:2.3:4", 180000 + 2 * 3000 + 3 * 50 + 8, ndf},
+        {f50, none, "1:2.3:4", 180000 + 2 * 3000 + 3 * 50 + 8, ndf}, // mixed: field 1
         {f50, none, " x1y2 :z", 12 * 50 + 1, ndf},
         {f50, none, "-1\xD9\xA3", 2, ndf}, // other scripts' digits are none
         {f50, none, "4294967295.0", 4294967295u * 50, ndf},
@@ -144,8 +135,7 @@ TEST(ATimecode, reads_what_an_operator_types)
         {f59, none, "7", 14, df},
         {f59, none, "00;01;00;00", 3601, df},
         {f59, none, "00,01,00,01", 3600, df},
-        {f59, none, "00,10,00,00", 35964, df},
-        {f59, none, "00.01.00.00", 3600, ndf},
+        {f59, none, "01.00.00", 3600, ndf},
         {f59, none, "00,01.00,00", 3600, df}, // mixed: the default
         {f59, df, "00:01:00:00", 3601, df},
         {f59, ndf, "00,01,00,00", 3600, ndf},
@@ -169,6 +159,9 @@ TEST(ATimecode, reads_servers_and_equipment)
     EXPECT_EQ(ATimecode(wire).get_df(), ndf);
     EXPECT_EQ(ATimecode(wire).to_kvrp3(VideoResolution_1080i), wire);
     EXPECT_FALSE(ATimecode(f50, 1).to_kvrp3(VideoResolution_625i).has_drop_frame_flag);
+    wire.set_video_standard(KVRP3::VideoStandard_625_50i);
+    wire.set_drop_frame_flag(KVRP3::DropFrameFlag_df);
+    EXPECT_EQ(ATimecode(wire).get_df(), df); // as it came
     wire.set_video_standard(KVRP3::VideoStandard_4K_60p);
     EXPECT_TRUE(ATimecode(wire).is_undefined());
 
@@ -221,7 +214,7 @@ TEST(ATimecode, adds_and_subtracts_each_in_its_way)
     } rows[] = {
         {10, 20, false, 4294967286u},      {10, 20, true, 4319990},
         {4320010, 20, true, 4319990}, // no more than there is: the days stay
-        {4320010, 4320020, true, 4319990}, {10, 2 * 4320000 + 5, true, 5},
+        {4320010, 4320020, true, 4319990}, {4320010, 2 * 4320000 + 5, true, 5},
     };
     for (const auto& row : rows) {
         ATimecode t(f50, row.from);
@@ -247,6 +240,9 @@ TEST(ATimecode, flags_and_fields_are_set_beside_the_label)
     t.force_field(true);
     EXPECT_EQ(t.get_nfields(), 3601u);
     EXPECT_EQ(label_of(t), (Label{0, 0, 1, 0, 0, 1}));
+    ATimecode wrapped = t;
+    wrapped.wrap24(); // counts what it reads
+    EXPECT_EQ(wrapped.get_nfields(), 3597u);
     t.force_f1();
     ++t;
     EXPECT_EQ(label_of(t), (Label{0, 0, 1, 0, 2, 1}));
@@ -266,8 +262,9 @@ TEST(ATimecodeRange, lies_on_the_line_and_on_the_circle)
     const auto at = [](unsigned count) { return ATimecode(f50, count); };
     constexpr unsigned day = 4320000;
     EXPECT_TRUE(at(15).is_inrange(at(10), at(6)) && !at(16).is_inrange(at(10), at(6)));
-    EXPECT_TRUE(at(3).is_inrange24(at(2 * day - 5), at(10)) && !at(5).is_inrange24(at(day - 5), at(10)));
-    EXPECT_FALSE(at(day).is_inrange24(at(0), at(20)) || at(1).is_inrange24(at(0), ATimecode()));
+    for (const ATimecode& t : {at(day - 5), at(4), at(5), at(day)})
+        EXPECT_EQ(t.is_inrange24(at(2 * day - 5), at(10)), t != at(5) && t != at(day));
+    EXPECT_FALSE(at(1).is_inrange24(at(0), ATimecode()));
 
     const ATimecodeRange one(at(7), 1), none(at(7), 0), night(at(day - 10), 20), undefined;
     EXPECT_EQ(one.get_last(), at(7));
@@ -290,7 +287,7 @@ TEST(ATimecodeRange, lies_on_the_line_and_on_the_circle)
     EXPECT_EQ(night.clip_to_range24(at(100)), at(9));
     EXPECT_EQ(night.clip_to_range24(at(day - 60)), at(day - 10));
     EXPECT_EQ(ATimecodeRange(at(100), 2).clip_to_range24(at(101 + (day - 1) / 2)), at(101));
-    EXPECT_EQ(ATimecodeRange(at(100), 1).clip_to_range24(at(100 + day / 2)), at(100)); // a tie
+    EXPECT_EQ(ATimecodeRange(at(100), 3).clip_to_range24(at(101 + day / 2)), at(100)); // a tie
 }
 
 TEST(ClipTimecode, follows_the_clips_source)
