@@ -24,9 +24,10 @@ class LookLater;
 /// any form of `disconnect`, or with the receiver. Both carry the signal's signature, normalised, in the form
 /// of SIGNAL: "2sig_speed(int)". A signature that no signal has never comes, and is not reported.
 ///
-/// Threads: connections may be made on any thread, and `attach` comes on that one, before `connect` returns.
-/// `detach` comes on the monitor's own, from its event loop: connections that come and go within one turn are
-/// not noticed going. Everything else is for the monitor's thread.
+/// Threads: connections may be made on any thread, and `attach` is emitted on that one, before `connect`
+/// returns; a target on another thread hears it there, from its event loop. `detach` comes on the monitor's
+/// own, from its event loop: connections that come and go within one turn are not noticed going. Everything
+/// else is for the monitor's thread.
 class SKUAN_EXPORT ASignalMonitor : public QObject
 {
     Q_OBJECT

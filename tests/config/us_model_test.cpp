@@ -3,6 +3,7 @@
 #include <skuan/config/us_model.h>
 #include <skuan/session/spark.h>
 
+#include <support/be_answered.h>
 #include <support/command_log.h>
 #include <support/core_application.h>
 #include <support/on_threads.h>
@@ -37,14 +38,6 @@ protected:
         told.removeAll("userdict_watch cf.herbae.0.channel_count");
         return told;
     }
-    /// The server has answered all that this session has said, and it has taken what came before.
-    void settle_with(Spark& spark)
-    {
-        bool done = false;
-        spark.cmd_get_computer_name(
-            AFunction1<AString>([](void* flag, AString) { *static_cast<bool*>(flag) = true; }, &done), {});
-        wait_until([&] { return done; });
-    }
 };
 
 TEST_F(USModel, says_on_each_connection_what_it_has_written_and_what_it_reads)
@@ -59,19 +52,19 @@ TEST_F(USModel, says_on_each_connection_what_it_has_written_and_what_it_reads)
     both->set("b", "no own value");
     EXPECT_EQ(item(first, "read"), item(first, "read"));
     connect(first); // client 1
-    settle_with(first);
+    support::be_answered(first);
     EXPECT_THAT(told(), UnorderedElementsAre("userdict_own early gone", "userdict_set early ",
                                              "userdict_set both b", "userdict_watch read"));
     USItemModel* const early = item(first, "early");
     for (const char* value : {"x", "x", "y"})
         early->set(value, "gone");
     item(first, "late")->set("l");
-    settle_with(first);
+    support::be_answered(first);
     EXPECT_EQ(told().mid(4), (QStringList{"userdict_set early x", "userdict_set early y",
                                           "userdict_watch late", "userdict_set late l"}));
     station->drop_clients();
     wait_until([&] { return first.generation() == 2; });
-    settle_with(first);
+    support::be_answered(first);
     EXPECT_THAT(told(),
                 UnorderedElementsAre("userdict_own early gone", "userdict_set early y", "userdict_set both b",
                                      "userdict_watch read", "userdict_set late l"));
@@ -88,12 +81,12 @@ TEST_F(USModel, tells_readers_and_those_who_also_write_of_changes)
     item(first, "write")->set("mine");
     item(first, "both")->set_read_write(true);
     item(first, "both")->set("mine");
-    settle_with(first);
+    support::be_answered(first);
     for (const char* key : {"read", "write", "both", "unasked"})
         item(second, key)->set("theirs");
     item(second, "read")->set("theirs"); // the same
-    settle_with(second);
-    settle_with(first);
+    support::be_answered(second);
+    support::be_answered(first);
     EXPECT_EQ(heard, (QStringList{"write=mine", "both=mine", "read=theirs", "both=theirs"}));
     EXPECT_EQ(item(first, "write")->get(), "mine");
     EXPECT_EQ(item(first, "unasked")->get(), "");

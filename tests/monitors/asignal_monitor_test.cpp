@@ -79,6 +79,11 @@ TEST_F(ASignalMonitor, tells_of_each_connection_and_once_that_none_is_left)
     by_name();
     EXPECT_EQ(notes(), QStringList(attached));
 
+    const auto early = QObject::connect(&deck, &Deck::other, [] {});
+    deck.add_sig_monitor("2other()", &desk, SLOT(attached(QByteArray)), SLOT(detached()));
+    QObject::disconnect(early);
+    EXPECT_EQ(notes(), QStringList("-")); // although nobody was told that it came
+
     deck.add_sig_monitor("2speed(int)", &desk, SLOT(attached(QByteArray)), SLOT(detached()));
     deck.set_proxy(&desk);
     deck.disconnect();
@@ -115,6 +120,7 @@ TEST_F(ASignalMonitor, routes_only_while_somebody_listens)
     deck.setObjectName("deck");
     desk.setObjectName("desk");
     EXPECT_EQ(deck.routes().last(), "deck 2speed(int) => desk 1take() 1other()");
+    EXPECT_FALSE(deck.remove_route("2speed(int)", &desk, "1take()"));
     EXPECT_TRUE(deck.remove_route("2speed(int)", &desk, "1show(int)"));
     EXPECT_FALSE(deck.remove_route("2speed(int)", &desk, "1show(int)"));
     Q_EMIT deck.speed(9);

@@ -191,13 +191,13 @@ TEST_F(Monitors, that_stand_free_register_and_never_unregister)
     monitor.config_channel(KVRP3::Channel_C); // is reported
     EXPECT_TRUE(monitor.channel_is(KVRP3::Channel_B));
     EXPECT_EQ(monitor.objectName(), "ChannelMonitor1");
-    listen("position", &monitor, &ChannelMonitor::sig_clip_position, "position");
-    const auto timecodes = listen("timecodes", &monitor, &ChannelMonitor::sig_timecodes, "timecodes");
+    const auto position = listen("position", &monitor, &ChannelMonitor::sig_clip_position, "position");
+    listen("timecodes", &monitor, &ChannelMonitor::sig_timecodes, "timecodes");
     EXPECT_EQ(heard,
               (Heard{{"position", "position 0, position 0, "}})); // without a connection, and with each
     go_online();
     EXPECT_EQ(registered(), QStringList("B status timecode"));
-    const auto playback = listen("playback", &monitor, &ChannelMonitor::sig_playback_mode, "playback");
+    listen("playback", &monitor, &ChannelMonitor::sig_playback_mode, "playback");
     EXPECT_EQ(registered(), QStringList("B status timecode")); // nobody asks for that one alone
     const auto come_and_go = [this] {
         QObject::disconnect(
@@ -212,17 +212,19 @@ TEST_F(Monitors, that_stand_free_register_and_never_unregister)
     EXPECT_EQ(heard, (Heard{{"position", "position 0, "},
                             {"timecodes", "timecodes 0 - -, "},
                             {"playback", "playback -, "}}));
+    QObject::disconnect(position);
     go_online();
     come_and_go();
-    EXPECT_EQ(registered(), QStringList("B timecode info")); // but with a new connection, it is
+    EXPECT_EQ(registered(), QStringList("B info")); // on a new connection that one, and not all the timecodes
+    monitor.timecode_use_add();
+    EXPECT_EQ(registered(), QStringList("B timecode info"));
     go_offline();
-    ear.disconnect();
     EXPECT_TRUE(ChannelMonitor::is_sig_timecode(
         ChannelMonitor::norm(SIGNAL(sig_clip_position(KVRP3::ClipPosition)))));
     EXPECT_FALSE(ChannelMonitor::is_sig_info("2sig_speed(KVRP3::Speed)"));
 
     session.reset();
-    listen("late", &monitor, &ChannelMonitor::sig_input_timecode, "input");
+    QObject::disconnect(listen("late", &monitor, &ChannelMonitor::sig_input_timecode, "input"));
     EXPECT_EQ(heard["late"], "input -, ");
     session = std::make_unique<Spark>(false);
     monitor.config_api(session.get()); // in the place of one that has gone

@@ -8,6 +8,7 @@
 #include <skuan/monitors/tally_model.h>
 #include <skuan/session/spark.h>
 
+#include <support/be_answered.h>
 #include <support/command_log.h>
 #include <support/core_application.h>
 #include <support/on_threads.h>
@@ -34,15 +35,7 @@ protected:
         else
             station->drop_clients();
         wait_until([&] { return spark.generation() > before; });
-        be_answered();
-    }
-    /// All that has been asked so far.
-    void be_answered()
-    {
-        bool done = false;
-        spark.cmd_get_computer_name(
-            AFunction1<AString>([](void* flag, AString) { *static_cast<bool*>(flag) = true; }, &done), {});
-        wait_until([&] { return done; });
+        support::be_answered(spark);
     }
 };
 
@@ -115,6 +108,7 @@ TEST_F(SmallModels, ltc_is_void_at_both_ends_of_a_connection)
 {
     QStringList seen;
     LTCModel early(&spark);
+    QObject::connect(&spark, &Spark::disconnected, [&] { EXPECT_FALSE(early.get().is_defined()); });
     QObject::connect(&early, &LTCModel::changed, [&] {
         seen += early.get().is_defined() ? QString::number(early.get().get_nfields()) : "none";
     });
@@ -136,7 +130,7 @@ TEST_F(SmallModels, ltc_is_void_at_both_ends_of_a_connection)
     say(100);
     connect();
     LTCModel late(&spark); // finds the connection there
-    be_answered();
+    support::be_answered(spark);
     say(102);
     EXPECT_EQ(seen, (QStringList{"100", "none", "102"}));
     EXPECT_EQ(late.get(), early.get());

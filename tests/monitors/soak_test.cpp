@@ -6,6 +6,7 @@
 #include <skuan/monitors/spark_output_monitor.h>
 
 #include <monitors/studio.h>
+#include <support/be_answered.h>
 #include <support/scale.h>
 
 #include <QDir>
@@ -93,7 +94,7 @@ protected:
             session->cmd_cue_clip(channel(i), AString::l1("news/weather_tonight"), KVRP3::Loop_loop);
             session->cmd_play(channel(i), 65536 * (i - 4) / 2);
         }
-        follow();
+        support::be_answered(*session);
         QObject::connect(session->get_channel_monitor(leader), &SparkMonitor::report_clip_position,
                          session.get(), [this](unsigned position) { position_ = position; });
     }
@@ -106,7 +107,7 @@ protected:
         session->cmd_cue_clip(channel(11),
                               AString::l1(minute % 2 ? "news/1800_headlines" : "news/weather_tonight"));
         route_output_1(minute % 3);
-        follow();
+        support::be_answered(*session);
         for (int field = 0; field != fields_per_minute; field += at_once) {
             const unsigned before = position_;
             station->step(at_once);
@@ -114,7 +115,7 @@ protected:
                 QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         }
         session->cmd_unload(channel(10));
-        follow();
+        support::be_answered(*session);
     }
 
     void lose_the_connection()
@@ -122,16 +123,7 @@ protected:
         station->drop_clients();
         wait_until([&] { return !session->is_connected(); });
         wait_until([&] { return session->is_connected(); });
-        follow();
-    }
-
-    /// Until the server has done what it was told.
-    void follow()
-    {
-        bool done = false;
-        session->cmd_sync(AFunction([](void* flag) { *static_cast<bool*>(flag) = true; }, &done), {});
-        while (!done)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        support::be_answered(*session);
     }
 
     static KVRP3::Channel channel(int number) { return static_cast<KVRP3::Channel>(number); }

@@ -5,6 +5,7 @@
 #include <skuan/monitors/spark_timecode.h>
 #include <skuan/session/spark.h>
 
+#include <support/be_answered.h>
 #include <support/core_application.h>
 #include <support/scale.h>
 #include <support/station.h>
@@ -219,12 +220,9 @@ TEST_F(FastPathOfASession, holds_under_a_hundred_times_the_load)
             station->drop_clients();
             continue;
         }
-        bool answered = false;
-        spark.cmd_get_computer_name(
-            AFunction1<AString>([](void* flag, AString) { *static_cast<bool*>(flag) = true; }, &answered),
-            {});
+        support::be_answered(spark);
         wait_until([&] {
-            return answered && ltc == begin + fields &&
+            return ltc == begin + fields &&
                    std::all_of(spark.positions.begin(), spark.positions.end(), [&](const auto& channel) {
                        return channel.second == unsigned(begin + fields);
                    });

@@ -6,8 +6,11 @@
 #include <skuan/config/us_model.h>
 #include <skuan/session/spark.h>
 
+#include <support/be_answered.h>
 #include <support/core_application.h>
 #include <support/station.h>
+
+#include <QThread>
 
 #include <memory>
 
@@ -36,14 +39,22 @@ protected:
         session->cf_model()->get_item("ChannelConfigurationSet0")->set(configuration);
         settle();
     }
+    /// All that the server has said so far, timecodes too, which come by way of a thread of their own.
+    void be_told()
+    {
+        support::be_answered(*session);
+        settle();
+        QObject behind_them;
+        behind_them.moveToThread(session->findChild<QThread*>("SparkTimecode"));
+        QMetaObject::invokeMethod(
+            &behind_them, [] {}, Qt::BlockingQueuedConnection);
+        settle();
+    }
     /// What the server reports of channels, when it has been told everything: "A status timecode".
     QStringList registered()
     {
         settle();
-        bool done = false;
-        session->cmd_get_computer_name(
-            AFunction1<AString>([](void* flag, AString) { *static_cast<bool*>(flag) = true; }, &done), {});
-        wait_until([&] { return done; });
+        be_told();
         QStringList lines;
         for (const QString& line : station->control("registrations").split('\n'))
             if (!line.contains("machine"))

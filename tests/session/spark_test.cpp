@@ -4,6 +4,7 @@
 #include <skuan/session/spark_log_location.h>
 #include <skuan/session/spark_status.h>
 
+#include <support/be_answered.h>
 #include <support/command_log.h>
 #include <support/core_application.h>
 #include <support/silent_server.h>
@@ -56,10 +57,7 @@ protected:
     /// What the server has been told on the present connection, when all of it has been answered.
     QStringList told()
     {
-        bool done = false;
-        spark.cmd_get_computer_name(
-            AFunction1<AString>([](void* flag, AString) { *static_cast<bool*>(flag) = true; }, &done), {});
-        wait_until([&] { return done; });
+        support::be_answered(spark);
         return log.of_the_last().filter("register");
     }
 };
