@@ -17,8 +17,9 @@ LTCModel::LTCModel(Spark* spark, QObject* parent) : QObject(parent), spark_(spar
 
 void LTCModel::connected()
 {
+    Spark* const spark = spark_; // a slot may end this
     set({});
-    spark_->cmd_report_register(KVRP3::ReportType_ltc_input);
+    spark->cmd_report_register(KVRP3::ReportType_ltc_input);
 }
 
 void LTCModel::disconnected()
