@@ -179,7 +179,7 @@ private:
     /// With a width of 0 nothing is cut, nor filled up at the end.
     QString joined(const QStringList& texts, int width) const
     {
-        constexpr int usual_width = 100, channel_width = 2, least_room = 12, most_room = 48;
+        constexpr int usual_width = 100, channel_width = 2, least_room = 11, most_room = 48;
         int room = (width ? width : usual_width) - channel_width;
         for (const MonitorColumn* const column : columns_)
             room -= 2 + column->width;
