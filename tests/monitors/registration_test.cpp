@@ -159,8 +159,9 @@ TEST_F(Registration, follows_receivers_through_lost_connections_and_reroutings)
         if (round % 4 == 0)
             go_online();
         if (round % 4 == 1) { // and the session comes back by itself, in the midst of the following
+            const auto before = session->generation();
             station->drop_clients();
-            wait_until([&] { return !session->is_connected(); });
+            wait_until([&] { return !session->is_connected() || session->generation() > before; });
         }
         if (round % 4 == 3)
             go_offline();
