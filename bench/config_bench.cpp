@@ -1,5 +1,6 @@
 // The mirror of the configuration: what reading it costs, how long a whole scan takes, and what a server that
 // reports without end does to the program's event loop.
+#include <bench/application.h>
 #include <skuan/config/cf_model.h>
 #include <skuan/protocol/kvrp3_api_qt.h>
 
@@ -7,7 +8,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QMutex>
@@ -17,21 +17,13 @@
 
 namespace {
 
-void need_application()
-{
-    static int argc = 1;
-    static char name[] = "bench";
-    static char* argv[] = {name, nullptr};
-    static QCoreApplication application(argc, argv);
-}
-
 /// A model in session with a server of its own.
 class Session
 {
 public:
     Session()
     {
-        need_application();
+        bench::need_application();
         simulator::Settings settings;
         settings.address = QHostAddress(QStringLiteral("127.192.0.9"));
         settings.pace = 0;

@@ -1,5 +1,6 @@
 // What the fast path takes: how many timecode reports a second its thread decodes, and how often the
 // session's thread delivers all channels meanwhile.
+#include <bench/application.h>
 #include <skuan/foundation/semaphore.h>
 #include <skuan/markup/xml_parse.h>
 #include <skuan/monitors/spark_timecode.h>
@@ -8,7 +9,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QThread>
@@ -59,18 +59,10 @@ std::vector<XMLTree> reports(unsigned count)
 /// As many as may wait: none is left out.
 constexpr unsigned batch = SparkTimecode::most_work;
 
-void need_application()
-{
-    static int argc = 1;
-    static char name[] = "bench";
-    static char* argv[] = {name, nullptr};
-    static QCoreApplication application(argc, argv);
-}
-
 /// From the moment at which a batch is there until all of it is decoded and stored.
 void decode_ours(benchmark::State& state)
 {
-    need_application();
+    bench::need_application();
     const std::vector<XMLTree> trees = reports(batch);
     SparkTimecode path;
     for (auto _ : state) {
@@ -227,7 +219,7 @@ double processor_seconds()
 /// more than may wait, so that none is left out.
 void under_load(benchmark::State& state)
 {
-    need_application();
+    bench::need_application();
     const auto rate = double(state.range(0));
     LoadedSpark spark;
     QObject behind; // on the path's thread: what is sent there arrives after the work before it

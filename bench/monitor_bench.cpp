@@ -1,5 +1,6 @@
 // What it costs to follow twelve channels at field rate, from the socket to the slots, and how late they
 // hear.
+#include <bench/application.h>
 #include <skuan/monitors/spark_channel_monitor.h>
 #include <skuan/session/spark.h>
 
@@ -30,14 +31,6 @@ constexpr unsigned fields_per_second = 60;
 constexpr unsigned seconds = 3; // of a run
 constexpr unsigned fields = fields_per_second * seconds;
 
-void need_application()
-{
-    static int argc = 1;
-    static char name[] = "bench";
-    static char* argv[] = {name, nullptr};
-    static QCoreApplication application(argc, argv);
-}
-
 double processor_seconds(int whose)
 {
     rusage usage{};
@@ -53,7 +46,7 @@ class Source
 public:
     explicit Source(const QHostAddress& address)
     {
-        need_application();
+        bench::need_application();
         thread_ = std::thread([this, address] { run(address); });
         while (!listens_)
             std::this_thread::yield();

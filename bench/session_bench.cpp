@@ -1,5 +1,6 @@
 // What a session costs: how soon it is back, what commands of many threads take, and what a hundred sessions
 // need while nothing happens.
+#include <bench/application.h>
 #include <skuan/config/cf_model.h>
 #include <skuan/session/spark.h>
 
@@ -7,7 +8,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QHash>
@@ -29,14 +29,6 @@
 
 namespace {
 
-void need_application()
-{
-    static int argc = 1;
-    static char name[] = "bench";
-    static char* argv[] = {name, nullptr};
-    static QCoreApplication application(argc, argv);
-}
-
 template <typename Condition>
 void run_until(Condition condition)
 {
@@ -52,7 +44,7 @@ void run_until(Condition condition)
 
 simulator::Settings settings(const char* address)
 {
-    need_application();
+    bench::need_application();
     simulator::Settings settings;
     settings.address = QHostAddress(QLatin1String(address));
     settings.pace = 0;
@@ -95,7 +87,7 @@ class Echo
 public:
     explicit Echo(const char* address)
     {
-        need_application();
+        bench::need_application();
         thread_ = std::thread([this, address] {
             QTcpServer listener;
             if (!listener.listen(QHostAddress(QLatin1String(address)), 8913))

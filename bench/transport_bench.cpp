@@ -1,9 +1,9 @@
 // What the protocol costs on top of the bare sockets: round trips of one command, a stream of reports,
 // and many commands at once. The server is a few lines of blocking sockets in the same program.
+#include <bench/application.h>
 #include <skuan/protocol/kvrp3_api_qt.h>
 #include <skuan/protocol/kvrp3_client.h>
 
-#include <QCoreApplication>
 #include <QEventLoop>
 #include <QHostAddress>
 #include <QTcpSocket>
@@ -153,14 +153,6 @@ void finish(benchmark::State& state)
     state.counters["peak_MB"] = static_cast<double>(usage.ru_maxrss) / 1024;
 }
 
-void application()
-{
-    static int argc = 1;
-    static char name[] = "transport_bench";
-    static char* argv[] = {name, nullptr};
-    static QCoreApplication application(argc, argv);
-}
-
 void raw_round_trip(benchmark::State& state)
 {
     const OneCore one_core;
@@ -259,7 +251,7 @@ BENCHMARK(client_round_trip)->Name("ClientRoundTrip/ours")->UseRealTime();
 
 void socket_round_trip(benchmark::State& state)
 {
-    application();
+    bench::need_application();
     const OneCore one_core;
     Server server(Server::Answer);
     {
@@ -289,7 +281,7 @@ BENCHMARK(socket_round_trip)->Name("QtRoundTrip/QTcpSocket")->UseRealTime();
 
 void send_through_qt(benchmark::State& state, int deep)
 {
-    application();
+    bench::need_application();
     Server server(Server::Answer);
     {
         EventDrivenSender client(state);
@@ -335,7 +327,7 @@ private:
 
 void qt_reports(benchmark::State& state)
 {
-    application();
+    bench::need_application();
     Server server(Server::Report);
     {
         Receiver client(state);
