@@ -1,4 +1,4 @@
-// A mirror of a server's configuration: of the part of it that somebody has asked for.
+// A mirror of a server's configuration: of the items that somebody has asked for.
 #pragma once
 
 #include <skuan/config/cf_item_model.h>
