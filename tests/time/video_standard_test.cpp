@@ -73,7 +73,11 @@ TEST(VideoStandard, rates_and_rasters_answer_for_invalid_values_too)
     EXPECT_EQ(dropframeByVideoStandard(VideoStandard_625_50i, DropframeFlag_df), DropframeFlag_ndf);
     EXPECT_EQ(RoughFieldsPerSecond(VideoFrequency_47_95Hz), 48u);
     EXPECT_FALSE(top_field_is_f1(VideoStandard_625_50i)); // alone among the interlaced ones
-    EXPECT_EQ(pixels_per_field(VideoStandard_525_59_94i), 720u * 243);
+    const unsigned rasters[][2] = {{},          {3840, 2160}, {1920, 1080}, {1920, 1080},
+                                   {1280, 720}, {720, 576},   {720, 486}};
+    VideoResolution x;
+    for (bool more = getfirst(x); more; more = getnext(x))
+        EXPECT_TRUE(width(x) == rasters[x][0] && frame_height(x) == rasters[x][1]) << x;
 }
 
 TEST(TrackSet, is_a_mask_with_a_letter_for_each_track)
