@@ -64,12 +64,12 @@ private:
     std::size_t count_ = 0;
 };
 
-union Depots {
-    constexpr Depots() : depot() {}
-    ~Depots() {} // leaves the depots standing
-    Depot depot[block_kinds];
-};
-Depots depots;
+/// Ready for whoever comes first, be it another static object.
+Depot& depot(unsigned kind)
+{
+    static Depot* const depots = new Depot[block_kinds];
+    return depots[kind];
+}
 
 enum class ThreadLife : unsigned char { unknown, alive, over };
 thread_local ThreadLife life = ThreadLife::unknown;   // no destructor: readable until the thread is gone
@@ -83,10 +83,10 @@ struct ThreadEnd
         life = ThreadLife::over;
         for (unsigned kind = 0; kind < block_kinds; ++kind) {
             if (FreeBlock* const spare = std::exchange(spare_magazines[kind], nullptr))
-                depots.depot[kind].give(spare, kind);
+                depot(kind).give(spare, kind);
             BlockMagazine& magazine = block_magazines[kind];
             if (magazine.top && magazine.room == 0)
-                depots.depot[kind].give(magazine.top, kind);
+                depot(kind).give(magazine.top, kind);
             else
                 free_all(magazine.top);
             magazine = {nullptr, 0};
@@ -114,7 +114,7 @@ void* take_block_slowly(unsigned kind) noexcept
     if (thread_keeps_blocks()) {
         FreeBlock* magazine = std::exchange(spare_magazines[kind], nullptr);
         if (!magazine)
-            magazine = depots.depot[kind].take();
+            magazine = depot(kind).take();
         if (magazine) {
             block_magazines[kind] = {magazine->next, 1};
             return magazine;
@@ -130,7 +130,7 @@ void give_block_slowly(unsigned kind, void* block) noexcept
     BlockMagazine& magazine = block_magazines[kind];
     if (magazine.room == 0) {
         if (spare_magazines[kind])
-            depots.depot[kind].give(spare_magazines[kind], kind);
+            depot(kind).give(spare_magazines[kind], kind);
         spare_magazines[kind] = magazine.top;
         magazine = {nullptr, magazine_size};
     }

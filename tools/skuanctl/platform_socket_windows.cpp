@@ -1,8 +1,9 @@
 // Sockets on Windows.
 #include <skuanctl/platform_socket.h>
 
+#include <winsock2.h> // before windows.h, which would bring the older sockets
+
 #include <windows.h>
-#include <winsock2.h>
 
 #include <algorithm>
 #include <limits>
