@@ -34,9 +34,12 @@ mkdir -p "$SKUAN_RUNNER$project"
 mount --bind "$project" "$SKUAN_RUNNER$project"
 unset SKUAN_RUNNER_STAGE
 
-# One program that waits for ever keeps the Windows side up: each later start takes a tenth of the time,
-# and no helper process of it holds a test's pipe open.
-mkfifo "$session/never"
+# One program that waits for ever keeps the Windows side up: each later start takes a fifth of the time,
+# and what wine starts on its own account holds this program's pipe open, not that of a test.
+mkfifo "$session/never" "$session/up"
 sleep infinity >"$session/never" &
-"$project/scripts/windows/run.sh" cmd /c pause <"$session/never" >/dev/null 2>&1 &
+"$project/scripts/windows/run.sh" cmd /c 'echo up & pause' <"$session/never" >"$session/up" 2>/dev/null &
+exec 3<"$session/up"
+read -r _ <&3
+exec 3<&-
 "$@"

@@ -1,12 +1,10 @@
 // Waits until another thread sleeps in the kernel, so that a test can act on it just then.
 #pragma once
 
+#include <support/thread_state.h>
+
 #include <atomic>
-#include <fstream>
-#include <string>
-#include <sys/syscall.h>
 #include <thread>
-#include <unistd.h>
 
 namespace support {
 
@@ -17,7 +15,7 @@ public:
     template <typename Body>
     explicit BlockedThread(Body body)
         : thread_([this, body] {
-              id_ = static_cast<long>(syscall(SYS_gettid));
+              id_ = this_thread();
               body();
               ended_ = true;
           })
@@ -29,7 +27,7 @@ public:
     void wait_until_blocked() const
     {
         for (int asleep = 0; asleep < 50 && !ended_;) {
-            asleep = id_ != 0 && state() == 'S' ? asleep + 1 : 0;
+            asleep = id_ != 0 && sleeps(id_) ? asleep + 1 : 0;
             std::this_thread::yield();
         }
     }
@@ -41,17 +39,7 @@ public:
     }
 
 private:
-    /// As the kernel tells it: R running, S asleep, ...
-    char state() const
-    {
-        std::ifstream file("/proc/self/task/" + std::to_string(id_) + "/stat");
-        std::string line;
-        std::getline(file, line);
-        const auto name_end = line.rfind(')');
-        return name_end == std::string::npos ? '?' : line[name_end + 2];
-    }
-
-    std::atomic<long> id_{0};
+    std::atomic<unsigned long> id_{0};
     std::atomic<bool> ended_{false};
     std::thread thread_; // last: it uses the others
 };
