@@ -99,7 +99,7 @@ Q_SIGNALS:
     void command(quint64 client, const simulator::Element& message);
 
 private:
-    class Private;
+    class SKUAN_SIMULATOR_NO_EXPORT Private;
     std::unique_ptr<Private> d;
 };
 
