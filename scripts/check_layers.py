@@ -27,12 +27,15 @@ KNOT = {("config", "session"), ("monitors", "session")}
 PRODUCT = ("skuan", "simulator", "tools", "examples")
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*(["<])([^">]+)[">]')
+# Macros of processors, of compilers and of sanitizers are nobody's secret; these tell systems apart.
 PREPROCESSOR = re.compile(r"^\s*#\s*(if|ifdef|ifndef|elif)\b")
 SYSTEM_MACRO = re.compile(
-    r"\b(_?WIN(32|64)|__(linux|unix|APPLE|MINGW\w*|FreeBSD)_*|_MSC_VER|Q_OS_\w+|Q_CC_MSVC)\b")
+    r"\b(_*WIN(32|64|NT)_*|_*(linux|gnu_linux|unix|APPLE|MACH|FreeBSD|ELF|CYGWIN|MINGW\w*)_*|_WIN32_WINNT|_POSIX_\w+|"
+    r"__GLIBC__|_MSC_\w+|Q_OS_\w+|Q_CC_(MSVC|MINGW))\b")
 SYSTEM_HEADER = re.compile(
-    r"^(sys|netinet|arpa|linux|net)/|^(unistd|pthread|semaphore|sched|netdb|poll|fcntl|dlfcn|"
-    r"windows|winsock2|ws2tcpip|process)\.h$", re.IGNORECASE)
+    r"^(sys|netinet|arpa|linux|net|asm|bits)/|^(unistd|pthread|semaphore|sched|netdb|poll|fcntl|dlfcn|link|malloc|termios|"
+    r"pty|dirent|spawn|ifaddrs|pwd|syslog|ucontext|execinfo|windows|winsock2?|ws2\w+|mswsock|iphlpapi|process|io|direct|"
+    r"conio|psapi|tlhelp32|mmsystem|timeapi|synchapi|intrin)\.h$", re.IGNORECASE)
 MODULE_HEADER = re.compile(
     r"^(Qt\w+/)?Qt(Core|Network|Gui|Widgets|Test|Xml|DBus|Concurrent|Sql|OpenGL|PrintSupport)$")
 
@@ -42,10 +45,27 @@ def is_private(header):
     return header.endswith("_p.h") or header.startswith("skuan/platform/")
 
 
+def tests_of_one_system():
+    """Programs that are not even built for the other system."""
+    rows = (ROOT / "tests/one_system_only.txt").read_text(encoding="utf-8").splitlines()
+    return {row.split()[1] for row in rows if re.match(r"\w+ +\w+ +\* ", row)}
+
+
+ONE_SYSTEM = tests_of_one_system()
+
+
 def names_system(source):
-    """The platform room; and one system's source of a program, which cannot see that room."""
-    return source.parts[:2] == ("skuan", "platform") or re.match(
-        r"(simulator|tools/\w+)/platform\w*_(posix|linux|windows)\.cpp$", source.as_posix())
+    """The platform room; one system's source of a program, which cannot see that room; and what tests ask of the
+    system, with those tests that exist on one only."""
+    path = source.as_posix()
+    return re.match(r"skuan/platform/|(simulator|tools/\w+)/platform\w*_(posix|linux|windows)\.cpp$|"
+                    r"tests/support/(linux|windows)/", path) or (
+        source.parts[0] == "tests" and re.sub(r"[/.]", "_", path[len("tests/"):-len(source.suffix)]) in ONE_SYSTEM)
+
+
+def uses_system(source):
+    """Benchmarks measure on Linux alone and are built there only: they may include its headers."""
+    return names_system(source) or source.parts[0] == "bench"
 
 
 def include_breach(source, quote, header):
@@ -56,8 +76,8 @@ def include_breach(source, quote, header):
         return f"<{header}> brings a whole Qt module; name the class's own header"
     if quote == '"' and top in PRODUCT and not header.endswith(".moc") and not header.startswith("moc_"):
         return f'"{header}": write the full path in angle brackets, <skuan/room/name.h>'
-    if SYSTEM_HEADER.match(header) and top in PRODUCT and not names_system(source):
-        return f"<{header}> belongs to one system; only skuan/platform/ may include it"
+    if SYSTEM_HEADER.match(header) and not uses_system(source):
+        return f"<{header}> belongs to one system; only skuan/platform/ and its like may include it"
     if not ours:
         return None
     if top == "simulator" and header.startswith("skuan/"):
@@ -88,7 +108,7 @@ def breaches(path):
         found = INCLUDE.match(line)
         reason = include_breach(source, *found.groups()) if found else None
         if not reason and not names_system(source) and PREPROCESSOR.match(line) and SYSTEM_MACRO.search(line):
-            reason = "names an operating system; that is skuan/platform/'s alone"
+            reason = "tells systems apart; that is for skuan/platform/ and its like, a source for each"
         if reason:
             yield f"{path}:{number}: {reason}"
 
