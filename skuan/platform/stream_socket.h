@@ -51,13 +51,10 @@ private:
     using Handle = std::intptr_t;
     static constexpr Handle none = -1;
 
-    struct Wake; ///< becomes readable at the first cancel, and stays so
-    enum class Event { readable, writable, connected };
-    enum class Wait { ready, timed_out, failed };
-    Wait wait(Handle socket, Event event, unsigned ms);
+    struct Signals; ///< what ends waits; one is raised at the first cancel, and stays so
     void set_handle(Handle socket);
 
-    const std::unique_ptr<Wake> wake_;
+    const std::unique_ptr<Signals> signals_;
     std::atomic<bool> cancelled_{false};
     std::mutex sending_;           ///< held by `send`; the handle changes only under it
     std::mutex handle_;            ///< held by `cancel`; the handle changes only under this one as well

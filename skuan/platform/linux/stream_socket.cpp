@@ -2,8 +2,6 @@
 // limit. The other waits watch an event descriptor beside it, which a cancel raises.
 #include <skuan/platform/stream_socket.h>
 
-#include <skuan/platform/clock.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
@@ -19,13 +17,6 @@
 namespace skuan::platform {
 namespace {
 
-/// What `poll` takes for the time left until `deadline` (of the monotonic clock, in ns), rounded up.
-int poll_time(std::int64_t deadline)
-{
-    const std::int64_t left_ms = (deadline - monotonic_ns() + 999'999) / 1'000'000;
-    return static_cast<int>(std::clamp<std::int64_t>(left_ms, 0, 0x7fffffff));
-}
-
 timeval time_of(unsigned ms)
 {
     return {static_cast<time_t>(ms / 1000), static_cast<suseconds_t>(ms % 1000 * 1000)};
@@ -36,22 +27,32 @@ bool would_block()
     return errno == EAGAIN || errno == EWOULDBLOCK;
 }
 
+/// Waits until a socket is connected or has room; false if `cancelled` has become readable.
+bool wait_for_writing(int socket, int cancelled)
+{
+    pollfd watched[] = {{socket, POLLOUT, 0}, {cancelled, POLLIN, 0}};
+    int ready = 0;
+    do
+        ready = poll(watched, 2, -1);
+    while (ready < 0 && errno == EINTR);
+    return ready > 0 && watched[1].revents == 0;
+}
+
 } // namespace
 
-struct StreamSocket::Wake
+struct StreamSocket::Signals
 {
-    const int descriptor = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    const int cancelled = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
 
-    ~Wake()
+    ~Signals()
     {
-        if (descriptor >= 0)
-            ::close(descriptor);
+        if (work())
+            ::close(cancelled);
     }
-    bool works() const { return descriptor >= 0; }
-    void raise() const { eventfd_write(descriptor, 1); }
+    bool work() const { return cancelled >= 0; }
 };
 
-StreamSocket::StreamSocket() : wake_(new Wake) {}
+StreamSocket::StreamSocket() : signals_(new Signals) {}
 
 StreamSocket::~StreamSocket()
 {
@@ -61,7 +62,7 @@ StreamSocket::~StreamSocket()
 bool StreamSocket::connect(std::uint32_t address, std::uint16_t port)
 {
     close();
-    if (cancelled_ || !wake_->works())
+    if (cancelled_ || !signals_->work())
         return false;
     const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, IPPROTO_TCP);
     if (socket < 0)
@@ -77,7 +78,7 @@ bool StreamSocket::connect(std::uint32_t address, std::uint16_t port)
         int error = errno; // an interrupted connect goes on by itself, like one in progress
         socklen_t size = sizeof error;
         connected = (error == EINPROGRESS || error == EINTR) &&
-                    wait(socket, Event::connected, no_limit) == Wait::ready &&
+                    wait_for_writing(socket, signals_->cancelled) &&
                     getsockopt(socket, SOL_SOCKET, SO_ERROR, &error, &size) == 0 && error == 0;
     }
     if (!connected) {
@@ -123,11 +124,11 @@ std::ptrdiff_t StreamSocket::send(const void* buffer, std::size_t n)
     while (sent < n) {
         if (socket_ == none || cancelled_)
             return -1;
-        const ssize_t taken =
-            ::send(static_cast<int>(socket_), bytes + sent, n - sent, MSG_NOSIGNAL | MSG_DONTWAIT);
+        const int socket = static_cast<int>(socket_);
+        const ssize_t taken = ::send(socket, bytes + sent, n - sent, MSG_NOSIGNAL | MSG_DONTWAIT);
         if (taken >= 0)
             sent += static_cast<std::size_t>(taken);
-        else if (would_block() ? wait(socket_, Event::writable, no_limit) != Wait::ready : errno != EINTR)
+        else if (would_block() ? !wait_for_writing(socket, signals_->cancelled) : errno != EINTR)
             return -1;
     }
     return static_cast<std::ptrdiff_t>(sent);
@@ -147,25 +148,10 @@ void StreamSocket::close()
 void StreamSocket::cancel()
 {
     cancelled_ = true;
-    wake_->raise();
+    eventfd_write(signals_->cancelled, 1);
     const std::lock_guard lock(handle_);
     if (socket_ != none)
         shutdown(static_cast<int>(socket_), SHUT_RD); // ends a `recv`; the peer does not notice
-}
-
-StreamSocket::Wait StreamSocket::wait(Handle socket, Event event, unsigned ms)
-{
-    const short wanted = event == Event::readable ? POLLIN : POLLOUT;
-    pollfd watched[] = {{static_cast<int>(socket), wanted, 0}, {wake_->descriptor, POLLIN, 0}};
-    const std::int64_t deadline = ms == no_limit ? 0 : monotonic_ns() + std::int64_t{ms} * 1'000'000;
-    int ready = 0;
-    do
-        ready = poll(watched, 2, ms == no_limit ? -1 : poll_time(deadline));
-    while (ready < 0 && errno == EINTR);
-
-    if (ready < 0 || watched[1].revents != 0)
-        return Wait::failed;
-    return ready == 0 ? Wait::timed_out : Wait::ready;
 }
 
 } // namespace skuan::platform

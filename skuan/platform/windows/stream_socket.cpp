@@ -1,14 +1,18 @@
-// A non-blocking socket beside a datagram socket that every select watches as well. So a cancel never
-// touches the stream's own socket, which its owner may be closing at that very moment.
+// Every wait is for two events: that of the call, which the system carries out meanwhile, and the one that a
+// cancel raises. No call leaves before the system has done with its buffer.
 #include <winsock2.h> // before windows.h, which would bring the older sockets
 
 #include <skuan/platform/stream_socket.h>
 
 #include <algorithm>
-#include <ws2tcpip.h>
 
 namespace skuan::platform {
 namespace {
+
+static_assert(StreamSocket::no_limit == WSA_INFINITE);
+
+/// What is given to the system at once, which may keep all of it locked in memory until it is sent.
+constexpr std::size_t largest_piece = 1 << 20;
 
 bool start_sockets()
 {
@@ -19,60 +23,63 @@ bool start_sockets()
     return started;
 }
 
-bool set_non_blocking(SOCKET socket)
+WSABUF piece(const void* bytes, std::size_t n)
 {
-    u_long on = 1;
-    return ioctlsocket(socket, FIONBIO, &on) == 0;
+    return {static_cast<u_long>(std::min(n, largest_piece)), static_cast<char*>(const_cast<void*>(bytes))};
 }
 
-/// A datagram socket of this machine that is connected to itself.
-SOCKET looped_socket()
+DWORD wait_for_either(WSAEVENT call, WSAEVENT cancelled, unsigned ms = WSA_INFINITE)
 {
-    if (!start_sockets())
-        return INVALID_SOCKET;
-    const SOCKET loop = ::socket(AF_INET, SOCK_DGRAM, IPPROTO_UDP);
-    sockaddr_in self{};
-    self.sin_family = AF_INET;
-    self.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    int size = sizeof self;
-    auto* const address = reinterpret_cast<sockaddr*>(&self);
-    if (loop != INVALID_SOCKET && bind(loop, address, size) == 0 && getsockname(loop, address, &size) == 0 &&
-        ::connect(loop, address, size) == 0)
-        return loop;
-    closesocket(loop);
-    return INVALID_SOCKET;
+    const WSAEVENT both[] = {call, cancelled};
+    return WSAWaitForMultipleEvents(2, both, FALSE, ms, FALSE);
 }
 
-int length(std::size_t n)
+/// Waits for a call that has given `result`. Gives the bytes moved, `timed_out` or -1.
+std::ptrdiff_t finish(int result, SOCKET socket, OVERLAPPED& call, WSAEVENT cancelled, unsigned ms)
 {
-    return static_cast<int>(std::min<std::size_t>(n, 0x7fffffff));
+    if (result != 0 && WSAGetLastError() != WSA_IO_PENDING)
+        return -1;
+    const DWORD ended_by = wait_for_either(call.hEvent, cancelled, ms);
+    if (ended_by != WSA_WAIT_EVENT_0)
+        CancelIoEx(reinterpret_cast<HANDLE>(socket), &call);
+    DWORD moved = 0, flags = 0;
+    if (WSAGetOverlappedResult(socket, &call, &moved, TRUE, &flags))
+        return static_cast<std::ptrdiff_t>(moved); // perhaps at the last moment
+    const bool gave_up = ended_by == WSA_WAIT_TIMEOUT && WSAGetLastError() == WSA_OPERATION_ABORTED;
+    return gave_up ? StreamSocket::timed_out : -1;
 }
-
-bool would_block()
-{
-    return WSAGetLastError() == WSAEWOULDBLOCK;
-}
-
-/// A shutdown by another thread may leave a select for writing asleep, so that one looks up again
-/// after this time.
-constexpr std::int64_t writing_slice_ns = 20'000'000;
 
 } // namespace
 
-struct StreamSocket::Wake
+struct StreamSocket::Signals
 {
-    const SOCKET socket = looped_socket();
+    const bool sockets = start_sockets();
+    const WSAEVENT cancelled = WSACreateEvent();
+    const WSAEVENT owner = WSACreateEvent();  ///< for its connects and receives
+    const WSAEVENT sender = WSACreateEvent(); ///< for sends, which are one at a time
 
-    ~Wake()
+    ~Signals()
     {
-        if (works())
-            closesocket(socket);
+        for (const WSAEVENT event : {cancelled, owner, sender})
+            if (event != WSA_INVALID_EVENT)
+                WSACloseEvent(event);
     }
-    bool works() const { return socket != INVALID_SOCKET; }
-    void raise() const { ::send(socket, "!", 1, 0); }
+    bool work() const
+    {
+        return sockets && cancelled != WSA_INVALID_EVENT && owner != WSA_INVALID_EVENT &&
+               sender != WSA_INVALID_EVENT;
+    }
+    /// Whether a connect that was begun, and whose result `owner` tells of, has led to a connection.
+    bool lead_to_connection(SOCKET socket) const
+    {
+        WSANETWORKEVENTS happened{};
+        return WSAGetLastError() == WSAEWOULDBLOCK && wait_for_either(owner, cancelled) == WSA_WAIT_EVENT_0 &&
+               WSAEnumNetworkEvents(socket, owner, &happened) == 0 &&
+               (happened.lNetworkEvents & FD_CONNECT) != 0 && happened.iErrorCode[FD_CONNECT_BIT] == 0;
+    }
 };
 
-StreamSocket::StreamSocket() : wake_(new Wake) {}
+StreamSocket::StreamSocket() : signals_(new Signals) {}
 
 StreamSocket::~StreamSocket()
 {
@@ -82,9 +89,10 @@ StreamSocket::~StreamSocket()
 bool StreamSocket::connect(std::uint32_t address, std::uint16_t port)
 {
     close();
-    if (cancelled_ || !wake_->works())
+    if (cancelled_ || !signals_->work())
         return false;
-    const SOCKET socket = ::socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
+    const SOCKET socket = WSASocketW(AF_INET, SOCK_STREAM, IPPROTO_TCP, nullptr, 0,
+                                     WSA_FLAG_OVERLAPPED | WSA_FLAG_NO_HANDLE_INHERIT);
     if (socket == INVALID_SOCKET)
         return false;
 
@@ -93,21 +101,17 @@ bool StreamSocket::connect(std::uint32_t address, std::uint16_t port)
     server.sin_family = AF_INET;
     server.sin_addr.s_addr = htonl(address);
     server.sin_port = htons(port);
-    bool connected = set_non_blocking(socket) &&
-                     setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&no_delay),
-                                sizeof no_delay) == 0;
-    if (connected && ::connect(socket, reinterpret_cast<const sockaddr*>(&server), sizeof server) != 0) {
-        int error = 0;
-        int size = sizeof error;
-        connected = would_block() && wait(Handle(socket), Event::connected, no_limit) == Wait::ready &&
-                    getsockopt(socket, SOL_SOCKET, SO_ERROR, reinterpret_cast<char*>(&error), &size) == 0 &&
-                    error == 0;
-    }
-    if (!connected) {
+    // The event makes the socket non-blocking, which matters to the connect only.
+    bool connected = setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&no_delay),
+                                sizeof no_delay) == 0 &&
+                     WSAEventSelect(socket, signals_->owner, FD_CONNECT) == 0;
+    if (connected && ::connect(socket, reinterpret_cast<const sockaddr*>(&server), sizeof server) != 0)
+        connected = signals_->lead_to_connection(socket);
+    if (!connected || WSAEventSelect(socket, nullptr, 0) != 0) {
         closesocket(socket);
         return false;
     }
-    set_handle(Handle(socket));
+    set_handle(static_cast<Handle>(socket));
     return true;
 }
 
@@ -119,17 +123,15 @@ void StreamSocket::set_handle(Handle socket)
 
 std::ptrdiff_t StreamSocket::receive(void* buffer, std::size_t n, unsigned ms)
 {
-    while (socket_ != none && !cancelled_) {
-        const int got = recv(SOCKET(socket_), static_cast<char*>(buffer), length(n), 0);
-        if (got >= 0)
-            return got;
-        const Wait waited = would_block() ? wait(socket_, Event::readable, ms) : Wait::failed;
-        if (waited == Wait::timed_out)
-            return timed_out;
-        if (waited == Wait::failed)
-            break;
-    }
-    return -1;
+    if (socket_ == none || cancelled_)
+        return -1;
+    const SOCKET socket = static_cast<SOCKET>(socket_);
+    WSABUF space = piece(buffer, n);
+    DWORD flags = 0;
+    OVERLAPPED call{};
+    call.hEvent = signals_->owner;
+    const int result = WSARecv(socket, &space, 1, nullptr, &flags, &call, nullptr);
+    return finish(result, socket, call, signals_->cancelled, ms);
 }
 
 std::ptrdiff_t StreamSocket::send(const void* buffer, std::size_t n)
@@ -140,11 +142,15 @@ std::ptrdiff_t StreamSocket::send(const void* buffer, std::size_t n)
     while (sent < n) {
         if (socket_ == none || cancelled_)
             return -1;
-        const int taken = ::send(SOCKET(socket_), bytes + sent, length(n - sent), 0);
-        if (taken >= 0)
-            sent += static_cast<std::size_t>(taken);
-        else if (!would_block() || wait(socket_, Event::writable, no_limit) == Wait::failed)
+        const SOCKET socket = static_cast<SOCKET>(socket_);
+        WSABUF next = piece(bytes + sent, n - sent);
+        OVERLAPPED call{};
+        call.hEvent = signals_->sender;
+        const int result = WSASend(socket, &next, 1, nullptr, 0, &call, nullptr);
+        const std::ptrdiff_t taken = finish(result, socket, call, signals_->cancelled, no_limit);
+        if (taken < 1)
             return -1;
+        sent += static_cast<std::size_t>(taken);
     }
     return static_cast<std::ptrdiff_t>(sent);
 }
@@ -153,9 +159,10 @@ void StreamSocket::close()
 {
     if (socket_ == none)
         return;
-    // Makes a send in hand fail, and so give up the lock.
-    const SOCKET socket = SOCKET(socket_);
+    // A send begun from here on fails, and the one in hand is taken back, so that it gives up the lock.
+    const SOCKET socket = static_cast<SOCKET>(socket_);
     shutdown(socket, SD_BOTH);
+    CancelIoEx(reinterpret_cast<HANDLE>(socket), nullptr);
     set_handle(none);
     closesocket(socket);
 }
@@ -163,29 +170,7 @@ void StreamSocket::close()
 void StreamSocket::cancel()
 {
     cancelled_ = true;
-    wake_->raise();
-}
-
-StreamSocket::Wait StreamSocket::wait(Handle handle, Event event, unsigned ms)
-{
-    const SOCKET socket = SOCKET(handle);
-    std::int64_t limit_ns = std::int64_t{ms} * 1'000'000;
-    if (event == Event::writable)
-        limit_ns = std::min(limit_ns, writing_slice_ns);
-    const bool limited = ms != no_limit || event == Event::writable;
-    timeval time{long(limit_ns / 1'000'000'000), long(limit_ns % 1'000'000'000 / 1000)};
-
-    fd_set reading, writing, failing; // a refused connect shows among the failures only
-    FD_ZERO(&reading);
-    FD_ZERO(&writing);
-    FD_ZERO(&failing);
-    FD_SET(wake_->socket, &reading);
-    FD_SET(socket, event == Event::readable ? &reading : &writing);
-    FD_SET(socket, &failing);
-    const int ready = select(0, &reading, &writing, &failing, limited ? &time : nullptr);
-    if (ready < 0 || FD_ISSET(wake_->socket, &reading))
-        return Wait::failed;
-    return ready == 0 ? Wait::timed_out : Wait::ready;
+    WSASetEvent(signals_->cancelled);
 }
 
 } // namespace skuan::platform
