@@ -8,9 +8,7 @@
 #include <atomic>
 #include <functional>
 #include <string>
-#include <sys/socket.h>
 #include <thread>
-#include <unistd.h>
 #include <vector>
 
 using skuan::platform::StreamSocket;
@@ -28,13 +26,9 @@ TEST(StreamSocket, CarriesLargeBuffersWholeInBothDirections)
     SilentServer listener(SilentServer::Open);
     StreamSocket socket;
     ASSERT_TRUE(socket.connect(listener.ipv4(), port));
-    const int server = listener.accept();
+    auto server = listener.accept();
     const std::string sent(5'000'000, 'x');
-    std::thread echo([&] {
-        std::string all(sent.size(), ' ');
-        EXPECT_EQ(recv(server, all.data(), all.size(), MSG_WAITALL), ssize_t(all.size()));
-        EXPECT_EQ(send(server, all.data(), all.size(), 0), ssize_t(all.size()));
-    });
+    std::thread echo([&] { EXPECT_TRUE(server->send(server->receive(sent.size()))); });
     EXPECT_EQ(socket.send(sent.data(), sent.size()), static_cast<std::ptrdiff_t>(sent.size()));
     std::string received;
     char buffer[2048];
@@ -46,7 +40,7 @@ TEST(StreamSocket, CarriesLargeBuffersWholeInBothDirections)
     echo.join();
     EXPECT_TRUE(received == sent);
     EXPECT_EQ(socket.receive(buffer, 1, 1), StreamSocket::timed_out);
-    close(server);
+    server.reset();
     EXPECT_EQ(socket.receive(buffer, 1), 0) << "the end";
 }
 
@@ -68,16 +62,24 @@ TEST(StreamSocket, FailsInsteadOfCrashing)
     expect_unconnected();
 
     ASSERT_TRUE(socket.connect(listener.ipv4(), port));
-    close(listener.accept());
+    listener.accept();
     // The first sends may still go out, then the peer's reset is known; no signal ends the process.
     while (socket.send("a", 1) == 1) {
     }
     ASSERT_TRUE(socket.connect(listener.ipv4(), port)) << "a new connection begins afresh";
-    const int server = listener.accept();
+    const auto server = listener.accept();
     EXPECT_EQ(socket.send("a", 1), 1);
-    close(server);
     socket.close();
     expect_unconnected();
+}
+
+TEST(StreamSocket, IsNothingThatOtherProgramsInherit)
+{
+    SilentServer listener(SilentServer::Open);
+    const unsigned others = support::inheritable_sockets();
+    StreamSocket socket;
+    ASSERT_TRUE(socket.connect(listener.ipv4(), port));
+    EXPECT_EQ(support::inheritable_sockets(), others);
 }
 
 TEST(StreamSocket, CancelEndsEveryBlockedCallAndFailsEveryLaterOne)
