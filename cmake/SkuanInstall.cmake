@@ -38,5 +38,11 @@ write_basic_package_version_file("${CMAKE_BINARY_DIR}/SkuanConfigVersion.cmake" 
 install(FILES "${CMAKE_BINARY_DIR}/SkuanConfig.cmake" "${CMAKE_BINARY_DIR}/SkuanConfigVersion.cmake"
   DESTINATION "${package_dir}")
 
+if(WIN32)
+  set(pc_library Skuan)
+else()
+  set(pc_library skuan)
+  set(pc_flags " -fPIC") # Qt's own headers refuse to compile without it
+endif()
 configure_file(cmake/skuan.pc.in "${CMAKE_BINARY_DIR}/skuan.pc" @ONLY)
 install(FILES "${CMAKE_BINARY_DIR}/skuan.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
