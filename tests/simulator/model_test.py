@@ -98,9 +98,8 @@ class World(Clips, Lists, KeyedTexts):
         Clips.modify_clip, Clips.modify_clip, Clips.create_directory, Clips.rename_dir, Clips.rename_dir,
         Clips.use_clip, Lists.save_start, Lists.save_element, Lists.save_end, Lists.rename_list, Lists.delete_list,
         Lists.load_list, Lists.unload_list, Lists.insert, Lists.remove, Lists.modify_item, Lists.clear_modified,
-        Lists.reorder_start, Lists.reorder_item, Lists.reorder_finish, KeyedTexts.metadata_set,
-        KeyedTexts.metadata_set, KeyedTexts.metadata_erase, KeyedTexts.watch_metadata, KeyedTexts.userdict,
-        KeyedTexts.userdict, KeyedTexts.userdict, register, register,
+        Lists.reorder_start, Lists.reorder_item, Lists.reorder_finish, *[KeyedTexts.metadata_set] * 2,
+        KeyedTexts.metadata_erase, *[KeyedTexts.watch_metadata] * 4, *[KeyedTexts.userdict] * 6, register, register,
     ]
     # What makes sense only in a row.
     PLANS = [
@@ -154,7 +153,7 @@ def walk(seed, server):
 
     for step in range(STEPS):
         who = world.next_client()
-        if world.chance(0.01):
+        if world.chance(0.02):
             command = f"client {who} leaves"
             leave(who)
             clients[who] = Client(server.address)
