@@ -242,7 +242,7 @@ TEST_F(APIQt, offers_each_message_before_it_is_understood)
 TEST_F(APIQt, takes_a_flood_no_faster_than_it_can_be_worked_through)
 {
     const Faults faults{.flood = true,
-                        .flood_count = static_cast<quint64>(support::scaled(1000000)),
+                        .flood_count = static_cast<quint64>(support::scaled_traffic(1000000)),
                         .flood_report = report("x") + QByteArray(340, ' ')};
     Station station(faults);
     quint64 count = 0;

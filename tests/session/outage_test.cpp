@@ -173,7 +173,7 @@ TEST_F(Outage, ends_each_command_of_eight_threads_once_and_breaks_none_in_two)
 {
     const unsigned seed = std::random_device()();
     std::cout << "seed " << seed << '\n';
-    const auto count = static_cast<std::size_t>(support::scaled(40000));
+    const auto count = static_cast<std::size_t>(support::scaled_traffic(40000));
     support::Station station(simulator::Settings{.pace = 0, .faults = {}});
     std::array<Endings, 8> endings;
     Spark spark{false};
