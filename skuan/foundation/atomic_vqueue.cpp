@@ -4,15 +4,18 @@
 // 1. Nodes are never given back to the heap. A thread with an outdated pointer reads a node that has
 //    been freed, or freed and used again, but always a node; what it read leads to a swap that fails.
 // 2. The versions of head, tail and every `next` only rise, so a swap against an outdated value fails
-//    even if the pointer has come back.
+//    even if the pointer has come back. (With 32-bit pointers versions do wrap: see the versioned pointer.)
 // 3. The tail is moved on before the head may pass it, so it never points at a freed node.
 // 4. A consumer reserves its value in the count first. The count is raised after the value is linked,
 //    so whoever has a reservation finds a value.
 #include <skuan/foundation/atomic_vqueue.h>
 
 #include <skuan/foundation/assertfail.h>
+#include <skuan/platform/thread_pointer.h>
 
 #include <atomic>
+#include <memory>
+#include <new>
 #include <utility>
 
 struct AtomicVQueue::node_t
@@ -23,6 +26,7 @@ struct AtomicVQueue::node_t
     std::atomic<void*> value{nullptr};
     std::atomic<node_t*> link{nullptr}; ///< in the first node of a free chain, the next chain
 };
+static_assert(sizeof(AtomicVQueue::node_t) == 4 * sizeof(void*));
 
 namespace {
 
@@ -84,11 +88,20 @@ struct Chain
     }
 };
 
+constexpr unsigned full = 32;
+
 /// What a thread keeps of free nodes in front of the stack: two chains, so that a thread which goes
 /// to and fro at the end of one does not visit the stack each time.
 class ThreadCache
 {
 public:
+    constexpr explicit ThreadCache(Chain working = Chain()) : working_(working) {}
+    static ThreadCache& mine()
+    {
+        void* const cache = skuan::platform::thread_pointer(pointer);
+        return cache ? *static_cast<ThreadCache*>(cache) : open();
+    }
+
     Node* take() { return working_.first ? working_.pop() : take_slowly(); }
     void give(Node* n)
     {
@@ -99,80 +112,66 @@ public:
     }
 
 private:
-    static constexpr unsigned full = 32;
+    static constexpr auto pointer = skuan::platform::ThreadPointer::nodes;
+    static ThreadCache closed;
 
-    /// Hands the thread's nodes to the others when the thread ends.
-    struct Closer
-    {
-        ThreadCache* cache;
-        ~Closer();
-    };
-
-    /// Whether nodes may be kept: not any more once the thread is ending.
-    bool open();
+    static ThreadCache& open();
+    static void end_thread(void* cache);
     Node* take_slowly();
     void give_slowly(Node* n);
 
-    Chain working_{nullptr, full}; ///< looks full while not open, so that the first give opens it
-    Chain spare_;                  ///< empty or full
-    enum class State : unsigned char { unused, open, closed } state_ = State::unused;
+    Chain working_;
+    Chain spare_; ///< empty or full
 };
 
-ThreadCache::Closer::~Closer()
+/// For threads that may keep no nodes: it is empty and looks full, so that it is never written to.
+constinit ThreadCache ThreadCache::closed(Chain{nullptr, full});
+
+ThreadCache& ThreadCache::open()
 {
-    cache->working_.hand_back();
-    cache->spare_.hand_back();
-    cache->working_.length = full;
-    cache->state_ = State::closed;
+    std::unique_ptr<ThreadCache> cache(new (std::nothrow) ThreadCache);
+    if (!cache || !skuan::platform::set_thread_pointer(pointer, cache.get(), end_thread))
+        return closed;
+    return *cache.release();
 }
 
-bool ThreadCache::open()
+/// Hands the thread's nodes to the others.
+void ThreadCache::end_thread(void* cache)
 {
-    if (state_ == State::unused) {
-        thread_local const Closer closer{this};
-        state_ = State::open;
-        working_ = Chain();
-    }
-    return state_ == State::open;
+    skuan::platform::set_thread_pointer(pointer, &closed, end_thread);
+    const std::unique_ptr<ThreadCache> own(static_cast<ThreadCache*>(cache));
+    own->working_.hand_back();
+    own->spare_.hand_back();
 }
 
 Node* ThreadCache::take_slowly()
 {
-    Chain fresh;
-    if (open() && spare_.first)
-        std::swap(fresh, spare_);
-    else
-        fresh = {pop_chain(), full};
+    Chain fresh = spare_.first ? std::exchange(spare_, Chain()) : Chain{pop_chain(), full};
     if (!fresh.first)
         return new Node;
     Node* const n = fresh.pop();
-    if (state_ == State::open)
-        working_ = fresh;
-    else
+    if (this == &closed)
         fresh.hand_back();
+    else
+        working_ = fresh;
     return n;
 }
 
 void ThreadCache::give_slowly(Node* n)
 {
-    if (!open()) {
+    if (this == &closed) {
         Chain single;
         single.push(n);
         return single.hand_back();
     }
-    if (working_.length >= full) {
-        spare_.hand_back();
-        std::swap(working_, spare_);
-    }
+    spare_.hand_back();
+    spare_ = std::exchange(working_, Chain());
     working_.push(n);
 }
 
-// It has no constructor and no destructor to go through, and so outlives its Closer.
-constinit thread_local ThreadCache cache;
-
 Node* take_node(void* value)
 {
-    Node* const n = cache.take();
+    Node* const n = ThreadCache::mine().take();
     (void)SKUAN_CHECK(n->next == nullptr);
     n->value.store(value, std::memory_order_relaxed);
     return n;
@@ -183,7 +182,7 @@ void free_node(Node* n)
     if (!SKUAN_CHECK(n != nullptr))
         return;
     n->next = nullptr;
-    cache.give(n);
+    ThreadCache::mine().give(n);
 }
 
 } // namespace

@@ -2,21 +2,13 @@
 // magazines travel from threads that only free to threads that only allocate.
 #include <skuan/foundation/block_pool.h>
 
+#include <skuan/platform/thread_pointer.h>
+
+#include <memory>
 #include <mutex>
 #include <utility>
 
 namespace skuan {
-
-#ifdef __ELF__
-__thread BlockMagazine block_magazines[block_kinds];
-#else
-static thread_local BlockMagazine block_magazines[block_kinds];
-BlockMagazine& block_magazine(unsigned kind)
-{
-    return block_magazines[kind];
-}
-#endif
-
 namespace {
 
 constexpr unsigned magazine_size = 64;
@@ -28,14 +20,16 @@ void free_all(FreeBlock* block)
         ::operator delete(std::exchange(block, block->next));
 }
 
-/// Full magazines of one block size. Never destroyed: strings may end after every static object.
+/// Full magazines of one block size. Never destroyed: strings may end after every static object. Nobody waits
+/// for it: some systems end a process by stopping all threads but one wherever they are, be it in here, and
+/// let that one destroy the static objects.
 class Depot
 {
 public:
     FreeBlock* take()
     {
-        const std::lock_guard lock(mutex_);
-        FreeBlock* const magazine = top_;
+        const std::unique_lock lock(mutex_, std::try_to_lock);
+        FreeBlock* const magazine = lock ? top_ : nullptr;
         if (magazine) {
             top_ = magazine->next_magazine;
             --count_;
@@ -47,8 +41,8 @@ public:
     {
         const std::size_t bytes = (kind + 1) * block_grain * magazine_size;
         {
-            const std::lock_guard lock(mutex_);
-            if ((count_ + 1) * bytes <= depot_bytes) {
+            const std::unique_lock lock(mutex_, std::try_to_lock);
+            if (lock && (count_ + 1) * bytes <= depot_bytes) {
                 magazine->next_magazine = top_;
                 top_ = magazine;
                 ++count_;
@@ -71,52 +65,86 @@ Depot& depot(unsigned kind)
     return depots[kind];
 }
 
-enum class ThreadLife : unsigned char { unknown, alive, over };
-thread_local ThreadLife life = ThreadLife::unknown;   // no destructor: readable until the thread is gone
-thread_local FreeBlock* spare_magazines[block_kinds]; // each null or full
-
-/// Gives back what the thread holds when it ends. What is freed on it later goes to the heap.
-struct ThreadEnd
+struct ThreadBlocks
 {
-    ~ThreadEnd()
+    BlockMagazine magazines[block_kinds];
+    FreeBlock* spares[block_kinds] = {}; ///< each null or a full magazine
+
+    void hand_back()
     {
-        life = ThreadLife::over;
         for (unsigned kind = 0; kind < block_kinds; ++kind) {
-            if (FreeBlock* const spare = std::exchange(spare_magazines[kind], nullptr))
-                depot(kind).give(spare, kind);
-            BlockMagazine& magazine = block_magazines[kind];
-            if (magazine.top && magazine.room == 0)
-                depot(kind).give(magazine.top, kind);
+            if (spares[kind])
+                depot(kind).give(spares[kind], kind);
+            if (magazines[kind].top && magazines[kind].room == 0)
+                depot(kind).give(magazines[kind].top, kind);
             else
-                free_all(magazine.top);
-            magazine = {nullptr, 0};
+                free_all(magazines[kind].top);
         }
     }
 };
 
-/// True while the thread may keep blocks; the first call of a thread opens its magazines.
-bool thread_keeps_blocks()
+// What a thread shows before it keeps blocks, and after: nothing and no room, so nobody writes to it.
+constinit ThreadBlocks unopened, closed;
+
+} // namespace
+
+#ifdef SKUAN_THREAD_DATA
+SKUAN_THREAD_DATA BlockMagazine* block_magazines = unopened.magazines;
+#else
+BlockMagazine* thread_magazines() noexcept
 {
-    if (life == ThreadLife::unknown) {
-        static thread_local ThreadEnd end;
-        (void)&end;
-        life = ThreadLife::alive;
-        for (BlockMagazine& magazine : block_magazines)
-            magazine = {nullptr, magazine_size};
-    }
-    return life == ThreadLife::alive;
+    void* const own = platform::thread_pointer(platform::ThreadPointer::blocks);
+    return own ? static_cast<ThreadBlocks*>(own)->magazines : unopened.magazines;
+}
+#endif
+
+namespace {
+
+/// False if the system has no room for it.
+bool set_thread_blocks(ThreadBlocks* blocks);
+
+/// What the thread frees or takes from now on is the heap's.
+void end_thread(void* blocks)
+{
+    set_thread_blocks(&closed);
+    const std::unique_ptr<ThreadBlocks> own(static_cast<ThreadBlocks*>(blocks));
+    own->hand_back();
+}
+
+bool set_thread_blocks(ThreadBlocks* blocks)
+{
+    if (!platform::set_thread_pointer(platform::ThreadPointer::blocks, blocks, end_thread))
+        return false;
+#ifdef SKUAN_THREAD_DATA
+    block_magazines = blocks->magazines;
+#endif
+    return true;
+}
+
+/// Null if the thread may keep none. The first call of a thread opens its magazines.
+ThreadBlocks* thread_blocks()
+{
+    void* const own = platform::thread_pointer(platform::ThreadPointer::blocks);
+    if (own)
+        return own == &closed ? nullptr : static_cast<ThreadBlocks*>(own);
+    std::unique_ptr<ThreadBlocks> blocks(new (std::nothrow) ThreadBlocks);
+    if (!blocks || !set_thread_blocks(blocks.get()))
+        return nullptr;
+    for (BlockMagazine& magazine : blocks->magazines)
+        magazine.room = magazine_size;
+    return blocks.release();
 }
 
 } // namespace
 
 void* take_block_slowly(unsigned kind) noexcept
 {
-    if (thread_keeps_blocks()) {
-        FreeBlock* magazine = std::exchange(spare_magazines[kind], nullptr);
+    if (ThreadBlocks* const own = thread_blocks()) {
+        FreeBlock* magazine = std::exchange(own->spares[kind], nullptr);
         if (!magazine)
             magazine = depot(kind).take();
         if (magazine) {
-            block_magazines[kind] = {magazine->next, 1};
+            own->magazines[kind] = {magazine->next, 1};
             return magazine;
         }
     }
@@ -125,13 +153,14 @@ void* take_block_slowly(unsigned kind) noexcept
 
 void give_block_slowly(unsigned kind, void* block) noexcept
 {
-    if (!thread_keeps_blocks())
+    ThreadBlocks* const own = thread_blocks();
+    if (!own)
         return ::operator delete(block);
-    BlockMagazine& magazine = block_magazines[kind];
+    BlockMagazine& magazine = own->magazines[kind];
     if (magazine.room == 0) {
-        if (spare_magazines[kind])
-            depot(kind).give(spare_magazines[kind], kind);
-        spare_magazines[kind] = magazine.top;
+        if (own->spares[kind])
+            depot(kind).give(own->spares[kind], kind);
+        own->spares[kind] = magazine.top;
         magazine = {nullptr, magazine_size};
     }
     FreeBlock* const freed = static_cast<FreeBlock*>(block);

@@ -2,6 +2,7 @@
 
 #include <support/on_threads.h>
 #include <support/scale.h>
+#include <support/thread_end.h>
 
 #include <gtest/gtest.h>
 
@@ -46,31 +47,25 @@ void* value(std::uintptr_t n)
     return reinterpret_cast<void*>(n);
 }
 
-/// Uses a queue while the thread's own storage is being taken down.
-struct LateUser
-{
-    AtomicVQueue* queue = nullptr;
-    ~LateUser()
-    {
-        for (int n = 0; n < 100; ++n)
-            queue->enqueue(value(1));
-        queue->clear();
-    }
-};
-
 TEST(AtomicVQueue, ServesThreadsThatAreEndingAndGetsTheirNodesBack)
 {
     AtomicVQueue queue;
     const int before = allocations;
     constexpr int threads = 200;
+    int ended = 0;
     for (int i = 0; i < threads; ++i) {
         std::thread([&] {
-            thread_local LateUser late; // goes after the queue's own storage, as it came first
-            late.queue = &queue;
+            support::at_thread_end([&] {
+                for (int n = 0; n < 100; ++n)
+                    queue.enqueue(value(1));
+                queue.clear();
+                ++ended;
+            });
             queue.enqueue(value(1));
             queue.dequeue();
         }).join();
     }
+    EXPECT_EQ(ended, threads);
     EXPECT_EQ(queue.size(), 0u);
     queue.enqueue(value(8)); // the destructor drops it
     // A thread itself costs an allocation or two; lost nodes would cost dozens.

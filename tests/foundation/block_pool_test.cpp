@@ -1,6 +1,8 @@
 // The block pool: blocks that wander between threads, and threads that end.
 #include <skuan/foundation/block_pool.h>
 
+#include <support/thread_end.h>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -41,26 +43,18 @@ TEST(BlockPool, BlocksFlowBackFromTheThreadThatFrees)
 #endif
 }
 
-/// Frees and takes while its thread is ending, after the thread's magazines have gone.
-struct LateOnThread
-{
-    std::vector<void*> blocks;
-    ~LateOnThread()
-    {
-        for (void* block : blocks)
-            Pool::give(block);
-        for (unsigned i = 0; i < 200; ++i)
-            Pool::give(Pool::take());
-    }
-};
-
 TEST(BlockPool, WorksWhileAThreadEnds)
 {
     for (unsigned count : {0u, 1u, 63u, 64u, 65u, 300u}) {
-        std::thread([count] {
-            static thread_local LateOnThread late; // made first, so it ends last
+        std::vector<void*> late;
+        std::thread([count, &late] {
+            support::at_thread_end([&late] { // when the thread's magazines have gone
+                std::for_each(late.begin(), late.end(), Pool::give);
+                for (unsigned i = 0; i < 200; ++i)
+                    Pool::give(Pool::take());
+            });
             for (unsigned i = 0; i < count; ++i)
-                late.blocks.push_back(Pool::take());
+                late.push_back(Pool::take());
             for (unsigned i = 0; i < 2 * count; ++i)
                 Pool::give(Pool::take());
         }).join();
