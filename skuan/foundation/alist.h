@@ -123,6 +123,16 @@ public:
         }
     }
 
+    /// A default value that is in no list, the same for all calls and new each time.
+    T& nobodys()
+    {
+        if (aside)
+            aside->value = T();
+        else
+            aside = new_entry();
+        return aside->value;
+    }
+
     AtomicUnsigned references{1};
     unsigned count = 0;
     EntryStruct* first = nullptr;
@@ -147,6 +157,8 @@ private:
             }
             entry = next;
         }
+        if (aside)
+            free_entry(aside);
     }
     static void end(nonstd_list* list)
     {
@@ -171,6 +183,7 @@ private:
         static void give(void* block) { skuan::BlockPool<sizeof(nonstd_list)>::give(block); }
     };
 
+    EntryStruct* aside = nullptr; ///< for `nobodys`
     nonstd_list* next_to_end = nullptr;
 };
 
@@ -180,7 +193,7 @@ private:
 ///
 /// Reading access on a list that isn't const (`at`, `front`, `begin`...) counts as a change; `const_at`
 /// and its like don't. An index beyond the end, or the front of an empty list, gives a default `T` that
-/// belongs to nobody.
+/// belongs to nobody; like an item it lives no longer than the list.
 ///
 /// An iterator keeps the entry it stands on, not the list. When that entry is removed, ++ leads on to what
 /// followed it; when the whole list has ended, and for -- from a removed entry, it leads to the end.
@@ -262,9 +275,8 @@ public:
 
     T& at(unsigned index)
     {
-        if (index >= size())
-            return nobodys_item();
-        return entry_at(own(), index)->value;
+        List& list = own();
+        return index < list.count ? entry_at(list, index)->value : list.nobodys();
     }
     const T& const_at(unsigned index) const
     {
@@ -454,11 +466,5 @@ private:
         static const T* const item = new T(); // outlives every static list
         return *item;
     }
-    static T& nobodys_item()
-    {
-        static thread_local T item;
-        return item = T();
-    }
-
     ARef<List> list_; // null until first needed
 };
