@@ -1,44 +1,63 @@
 // What each kind of value is as a text, as a number and as a yes or no.
 #include <skuan/foundation/avariant.h>
 
-namespace {
-
-template <typename... F>
-struct ByKind : F...
+AVariant::AVariant(const AString& value) : kind_(Text)
 {
-    using F::operator()...;
-};
-template <typename... F>
-ByKind(F...) -> ByKind<F...>;
+    const AString* const own = new AString(value);
+    std::memcpy(payload_, &own, sizeof own);
+}
 
-} // namespace
+AVariant::AVariant(const AVariant& other) : AVariant(other.kind_, other.payload())
+{
+    if (kind_ == Text) {
+        kind_ = Nothing; // nothing to drop, should there be no memory
+        *this = AVariant(other.text());
+    }
+}
+
+const AString& AVariant::text() const
+{
+    const AString* own;
+    std::memcpy(&own, payload_, sizeof own);
+    return *own;
+}
+
+void AVariant::drop_text()
+{
+    delete &text();
+}
 
 AString AVariant::to_text(const AString& bad) const
 {
-    return std::visit(ByKind{[&](std::monostate) { return bad; },
-                             [](unsigned value) { return AString::from_unsigned(value); },
-                             [](std::uint64_t value) { return AString::from_uint64_t(value); },
-                             [](int value) { return AString::from_int(value); },
-                             [](std::int64_t value) { return AString::from_int64_t(value); },
-                             [](bool value) { return AString::l1(value ? "true" : "false"); },
-                             [](AChar value) { return AString(value); },
-                             [](const AString& value) { return value; }},
-                      value_);
+    switch (kind_) {
+    case Nothing:
+        break;
+    case Unsigned:
+    case Unsigned64:
+        return AString::from_uint64_t(payload());
+    case Int:
+    case Int64:
+        return AString::from_int64_t(static_cast<std::int64_t>(payload()));
+    case Boolean:
+        return AString::l1(payload() ? "true" : "false");
+    case Character:
+        return AString(AChar(static_cast<unsigned>(payload())));
+    case Text:
+        return text();
+    }
+    return bad;
 }
 
 template <typename T>
 bool AVariant::read(T* out, bool (AString::*parse)(T*) const) const
 {
-    const auto set = [out](T value) {
-        if (out)
-            *out = value;
-        return true;
-    };
-    return std::visit(ByKind{[](std::monostate) { return false; },
-                             [&](AChar value) { return set(static_cast<T>(value.ord())); },
-                             [&](const AString& value) { return (value.*parse)(out); },
-                             [&](auto value) { return set(static_cast<T>(value)); }},
-                      value_);
+    if (kind_ == Nothing)
+        return false;
+    if (kind_ == Text)
+        return (text().*parse)(out);
+    if (out)
+        *out = static_cast<T>(payload());
+    return true;
 }
 
 bool AVariant::valid_int(int* out) const
@@ -72,11 +91,12 @@ std::uint64_t AVariant::to_uint64_t(std::uint64_t bad) const
 
 bool AVariant::to_bool(bool bad) const
 {
-    return std::visit(ByKind{[bad](std::monostate) { return bad; },
-                             [](AChar value) { return value.ord() != 0; },
-                             [](const AString& value) {
-                                 return !value.empty() && !value.equal_z("0") && !value.equal_z("false");
-                             },
-                             [](auto value) { return value != 0; }},
-                      value_);
+    switch (kind_) {
+    case Nothing:
+        return bad;
+    case Text:
+        return !text().empty() && !text().equal_z("0") && !text().equal_z("false");
+    default:
+        return payload() != 0;
+    }
 }
