@@ -142,3 +142,4 @@ private:
 
     ARef<Shared> shared_; // null for a new, empty array
 };
+static_assert(sizeof(AByteArray::DataStruct) == 4 * sizeof(void*));

@@ -200,3 +200,7 @@ template <typename R, typename A, typename B, typename C>
 using AFunction3R = skuan::BoundFunction<R, A, B, C>;
 template <typename R, typename A, typename B, typename C, typename D>
 using AFunction4R = skuan::BoundFunction<R, A, B, C, D>;
+
+static_assert(sizeof(AFunction) == 4 * sizeof(void*) && sizeof(AFunction1<int>) == 4 * sizeof(void*) &&
+              sizeof(AFunction4<int, int, int, int>) == 4 * sizeof(void*) &&
+              sizeof(AFunction1R<double, int>) == 4 * sizeof(void*));

@@ -379,6 +379,8 @@ private:
     unsigned len_ = 0;
     mutable unsigned hash_ = 0; // 0 until computed; raced for by compare-and-swap
 };
+// A pointer and three counts, filled up to whole pointers.
+static_assert(sizeof(AString) == (sizeof(void*) == 4 ? 16 : 24));
 
 template <>
 struct std::hash<AString>

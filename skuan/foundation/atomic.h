@@ -287,3 +287,4 @@ private:
 
     unsigned word_;
 };
+static_assert(sizeof(AtomicUnsigned) == sizeof(unsigned));

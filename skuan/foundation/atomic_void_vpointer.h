@@ -16,8 +16,11 @@
 #include <sanitizer/tsan_interface.h>
 #endif
 
-/// Any thread; every operation is sequentially consistent and lock-free. The version has the width of
-/// a pointer.
+/// Any thread; every operation is sequentially consistent and lock-free.
+///
+/// The version has the width of a pointer. With 64 bits it never comes back. With 32 bits it does after 2^32
+/// changes, minutes of the fastest traffic: a swap is fooled if its thread slept that long between reading
+/// and swapping, the changes meanwhile were a multiple of 2^32 to the last one, and the pointer is the same.
 class AtomicVoidVPointer
 {
 public:
@@ -38,23 +41,27 @@ public:
     void* ptr() const { return __atomic_load_n(&x_.ptr, __ATOMIC_SEQ_CST); }
     std::uintptr_t version() const { return __atomic_load_n(&x_.version, __ATOMIC_SEQ_CST); }
 
-    /// Both words as they stood at one moment. It swaps the value with itself, which writes to the
-    /// memory: in a word that only rises, `risingX` is cheaper.
+    /// Both words as they stood at one moment. Where the processor can't load both at once it swaps the
+    /// value with itself, which writes to the memory: in a word that only rises, `risingX` is cheaper.
     X getX() const
     {
+        if constexpr (one_load)
+            return loadX();
         X now{};
         swap(&now, now);
         return now;
     }
 
     /// The same for a value whose version rises with every change of the pointer (it is written by
-    /// `cas` to a higher version, `casv` and `= void*` only, and never wraps), without writing.
+    /// `cas` to a higher version, `casv` and `= void*` only), without writing.
     ///
-    /// The proof: both words change in one step. If the version is equal before and after, it never
-    /// changed in between, since it cannot come back; so the pointer read in between is the one that
-    /// belongs to it.
+    /// The proof, where it takes more than one load: both words change in one step, and the version is so
+    /// wide that it never wraps. If it is equal before and after, it never changed in between, since it
+    /// cannot come back; so the pointer read in between is the one that belongs to it.
     X risingX() const
     {
+        if constexpr (one_load)
+            return loadX();
         for (;;) {
             const std::uintptr_t before = version();
             void* const p = ptr();
@@ -112,6 +119,17 @@ public:
     }
 
 private:
+    typedef std::uint64_t __attribute__((may_alias)) Word64;
+    static constexpr bool one_load = sizeof(X) == sizeof(Word64);
+
+    X loadX() const
+    {
+        const std::uint64_t word = __atomic_load_n(reinterpret_cast<const Word64*>(&x_), __ATOMIC_SEQ_CST);
+        X now;
+        std::memcpy(static_cast<void*>(&now), &word, sizeof word);
+        return now;
+    }
+
     /// The double-word compare-and-swap: stores `desired` if the value is `*expected`, else fetches
     /// the value into `*expected`.
     bool swap(X* expected, const X& desired) const
@@ -128,9 +146,8 @@ private:
                              : "b"(desired.ptr), "c"(desired.version)
                              : "memory");
 #else
-        static_assert(sizeof(X) == sizeof(std::uint64_t),
+        static_assert(one_load && __atomic_always_lock_free(sizeof(Word64), nullptr),
                       "a double-word compare-and-swap for this processor");
-        typedef std::uint64_t __attribute__((may_alias)) Word64;
         std::uint64_t from, to;
         std::memcpy(&from, expected, sizeof from);
         std::memcpy(&to, &desired, sizeof to);
@@ -147,3 +164,7 @@ private:
     mutable X x_; // mutable: a read may be a swap with itself
 };
 #undef SKUAN_TSAN_SEES
+
+// Eight bytes with 32-bit pointers, sixteen with 64: what the processor swaps at once.
+static_assert(sizeof(AtomicVoidVPointer) == 2 * sizeof(void*) &&
+              alignof(AtomicVoidVPointer) == 2 * sizeof(void*));

@@ -89,3 +89,4 @@ public:
 private:
     HRTime moment_;
 };
+static_assert(sizeof(HRTime) == 16 && sizeof(HRTimeout) == sizeof(HRTime));
