@@ -26,7 +26,15 @@ public:
         : ATimecode(frequency, defaultDropframeFlag(frequency), nfields)
     {
     }
-    ATimecode(VideoFrequency frequency, DropframeFlag flag, unsigned nfields);
+    ATimecode(VideoFrequency frequency, DropframeFlag flag, unsigned nfields)
+    {
+        if (!isValid(frequency) || !isValid(flag))
+            return;
+        defined_ = true;
+        std_ = frequency;
+        df_ = flag;
+        nfields_ = nfields;
+    }
     ATimecode(VideoFrequency frequency, DropframeFlag flag) = delete; // a flag is no number of fields
 
     /// `f2` is the second field of the frame. A label that drop-frame leaves out is not corrected, meant so:
@@ -107,11 +115,31 @@ public:
     // Nothing below happens to an undefined value, unless it says so. Operators with an undefined right side
     // give an undefined value. Subtraction by an operator ends at 0.
 
-    ATimecode& operator+=(unsigned nfields);
-    ATimecode& operator+=(const ATimecode& other);
+    ATimecode& operator+=(unsigned nfields)
+    {
+        if (defined_)
+            change(nfields_ + nfields);
+        return *this;
+    }
+    ATimecode& operator+=(const ATimecode& other)
+    {
+        if (defined_ && !other.defined_)
+            set_undefined();
+        return *this += other.nfields_;
+    }
     ATimecode& operator++() { return *this += 1; }
-    ATimecode& operator-=(unsigned nfields);
-    ATimecode& operator-=(const ATimecode& other);
+    ATimecode& operator-=(unsigned nfields)
+    {
+        if (defined_)
+            change(nfields_ - (nfields < nfields_ ? nfields : nfields_));
+        return *this;
+    }
+    ATimecode& operator-=(const ATimecode& other)
+    {
+        if (defined_ && !other.defined_)
+            set_undefined();
+        return *this -= other.nfields_;
+    }
     ATimecode operator+(unsigned nfields) const { return ATimecode(*this) += nfields; }
     ATimecode operator+(const ATimecode& other) const { return ATimecode(*this) += other; }
     ATimecode operator-(unsigned nfields) const { return ATimecode(*this) -= nfields; }
@@ -143,7 +171,11 @@ public:
     {
         *this = ATimecode(frequency, flag, nfields);
     }
-    void set_nfields(unsigned nfields);
+    void set_nfields(unsigned nfields)
+    {
+        if (defined_)
+            change(nfields);
+    }
     void set_undefined() { *this = ATimecode(); }
 
     /// Where there is drop-frame, labels the same count by this flag; an invalid flag is reported. A label
@@ -192,49 +224,5 @@ private:
     unsigned nfields_ = 0;
     mutable skuan::TimecodeReading cache_;
 };
-
-inline ATimecode::ATimecode(VideoFrequency frequency, DropframeFlag flag, unsigned nfields)
-{
-    if (!isValid(frequency) || !isValid(flag))
-        return;
-    defined_ = true;
-    std_ = frequency;
-    df_ = flag;
-    nfields_ = nfields;
-}
-
-inline ATimecode& ATimecode::operator+=(unsigned nfields)
-{
-    if (defined_)
-        change(nfields_ + nfields);
-    return *this;
-}
-
-inline ATimecode& ATimecode::operator+=(const ATimecode& other)
-{
-    if (defined_ && !other.defined_)
-        set_undefined();
-    return *this += other.nfields_;
-}
-
-inline ATimecode& ATimecode::operator-=(unsigned nfields)
-{
-    if (defined_)
-        change(nfields_ - (nfields < nfields_ ? nfields : nfields_));
-    return *this;
-}
-
-inline ATimecode& ATimecode::operator-=(const ATimecode& other)
-{
-    if (defined_ && !other.defined_)
-        set_undefined();
-    return *this -= other.nfields_;
-}
-
-inline void ATimecode::set_nfields(unsigned nfields)
-{
-    if (defined_)
-        change(nfields);
-}
 
 } // namespace Vantor
