@@ -1,6 +1,8 @@
 // The system's semaphore object.
 #include <skuan/platform/semaphore.h>
 
+#include <skuan/platform/clock.h>
+
 #include <windows.h>
 
 namespace skuan::platform {
@@ -42,10 +44,10 @@ Semaphore::Take Semaphore::take(unsigned ms)
 {
     if (!state_)
         return Take::failed;
-    const ULONGLONG start = GetTickCount64();
-    ULONGLONG passed = 0;
-    do {
-        const DWORD wait = ms == no_limit ? INFINITE : DWORD(ms - passed);
+    // By the exact clock: the system's count of milliseconds moves in steps of 16.
+    const std::int64_t deadline = monotonic_ns() + std::int64_t{ms} * 1'000'000;
+    DWORD wait = ms == no_limit ? INFINITE : ms;
+    for (;;) {
         switch (WaitForSingleObjectEx(state_->handle, wait, TRUE)) {
         case WAIT_OBJECT_0:
             return Take::taken;
@@ -56,9 +58,13 @@ Semaphore::Take Semaphore::take(unsigned ms)
         default:
             return Take::failed;
         }
-        passed = GetTickCount64() - start;
-    } while (ms == no_limit || passed <= ms);
-    return Take::timed_out;
+        if (ms == no_limit)
+            continue;
+        const std::int64_t left = deadline - monotonic_ns();
+        if (left < 0)
+            return Take::timed_out;
+        wait = DWORD((left + 999'999) / 1'000'000);
+    }
 }
 
 } // namespace skuan::platform

@@ -2,6 +2,7 @@
 #include <skuan/platform/thread.h>
 
 #include <algorithm>
+#include <climits>
 #include <process.h>
 #include <windows.h>
 
@@ -56,7 +57,7 @@ Thread::~Thread()
 bool Thread::start(void (*run)(void*), void* argument, std::size_t stack_bytes)
 {
     join();
-    if (!run)
+    if (!run || stack_bytes > UINT_MAX - margin)
         return false;
     auto entry = std::make_unique<Entry>(Entry{run, argument});
     unsigned id = 0;
