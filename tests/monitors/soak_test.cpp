@@ -7,16 +7,12 @@
 
 #include <monitors/studio.h>
 #include <support/be_answered.h>
+#include <support/possessions.h>
 #include <support/scale.h>
-
-#include <QDir>
-#include <QFile>
 
 #include <algorithm>
 #include <array>
 #include <iostream>
-#include <malloc.h>
-#include <unistd.h>
 
 namespace {
 
@@ -27,33 +23,7 @@ constexpr bool heap_is_the_systems = false;
 constexpr bool heap_is_the_systems = true;
 #endif
 
-/// Of this process: session, server and all.
-struct Possessions
-{
-    long heap;     ///< bytes in use
-    long resident; ///< bytes
-    int handles;
-    int threads;
-
-    static Possessions now()
-    {
-        QFile file(QStringLiteral("/proc/self/statm"));
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        const auto count = [](const char* folder) {
-            return int(QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System).size());
-        };
-        const struct mallinfo2 heap = mallinfo2();
-        return {long(heap.uordblks + heap.hblkhd),
-                file.readAll().split(' ')[1].toLong() * sysconf(_SC_PAGESIZE), count("/proc/self/fd"),
-                count("/proc/self/task")};
-    }
-};
-
-std::ostream& operator<<(std::ostream& out, const Possessions& p)
-{
-    return out << p.heap / 1024 << " KB in use, " << p.resident / 1024 << " KB resident, " << p.handles
-               << " handles, " << p.threads << " threads";
-}
+using support::Possessions; // of session, server and all
 
 /// Counts what the monitors of a generation tell, signal by signal.
 class Receiver : public QObject

@@ -7,11 +7,11 @@
 
 #include <support/be_answered.h>
 #include <support/core_application.h>
+#include <support/possessions.h>
 #include <support/scale.h>
 #include <support/station.h>
 
 #include <iostream>
-#include <malloc.h>
 #include <map>
 #include <random>
 #include <utility>
@@ -151,21 +151,21 @@ TEST_F(FastPath, needs_no_more_memory_however_much_waits)
 {
     const XMLTree first = tree(channel_report("A", 1)), last = tree(channel_report("A", 2));
     const auto grown = [&](int count, auto report) {
-        std::size_t bytes = mallinfo2().uordblks;
+        long bytes = support::heap_in_use();
         pile_up([&] {
             for (int i = 0; i != count; ++i)
                 path.add(1, report(i));
             path.add(1, last);
-            bytes = mallinfo2().uordblks - bytes;
+            bytes = support::heap_in_use() - bytes;
         });
         return bytes;
     };
-    EXPECT_LT(grown(support::scaled(2'000'000), [&](int) { return first; }), 1'000'000u);
+    EXPECT_LT(grown(support::scaled(2'000'000), [&](int) { return first; }), 1'000'000);
     EXPECT_EQ(take(1), (Values{{KVRP3::Channel_A, 2}}));
     // Each of another channel, of which there cannot be so many.
     EXPECT_LT(
         grown(support::scaled(100'000), [](int i) { return tree(channel_report(QByteArray::number(i), 1)); }),
-        20'000'000u); // 4096 of them at most
+        20'000'000); // 4096 of them at most
 }
 
 /// Sees what its session gets, where the session's monitors do.

@@ -1,0 +1,33 @@
+#include <support/possessions.h>
+
+#include <filesystem>
+#include <fstream>
+#include <malloc.h>
+#include <unistd.h>
+
+namespace support {
+namespace {
+
+int entries(const char* folder)
+{
+    return int(
+        std::distance(std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator()));
+}
+
+} // namespace
+
+long heap_in_use()
+{
+    const struct mallinfo2 heap = mallinfo2();
+    return long(heap.uordblks + heap.hblkhd);
+}
+
+Possessions Possessions::now()
+{
+    long all = 0, resident = 0;
+    std::ifstream("/proc/self/statm") >> all >> resident;
+    return {heap_in_use(), resident * sysconf(_SC_PAGESIZE), entries("/proc/self/fd"),
+            entries("/proc/self/task")};
+}
+
+} // namespace support
