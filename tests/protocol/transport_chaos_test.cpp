@@ -9,6 +9,7 @@
 #include <support/scale.h>
 #include <support/silent_server.h>
 #include <support/station.h>
+#include <support/touch_sockets.h>
 
 #include <QThread>
 #include <QTimer>
@@ -79,6 +80,7 @@ public:
             QTimer::singleShot(0, this, [this] { reconnect(); });
         });
         connect_to_server(address);
+        support::keep_touching_sockets(*this);
     }
 
     Inbox inbox;

@@ -11,6 +11,7 @@
 #include <support/on_threads.h>
 #include <support/scale.h>
 #include <support/station.h>
+#include <support/touch_sockets.h>
 
 #include <algorithm>
 #include <array>
@@ -89,6 +90,7 @@ public:
             endings_.ask(spark_);
         });
         spark_.set_server(station_.address());
+        support::keep_touching_sockets(spark_);
     }
 
     /// All that was asked has been answered, and all that was edited is at the server.
@@ -201,6 +203,7 @@ TEST_F(Outage, ends_each_command_of_eight_threads_once_and_breaks_none_in_two)
         random() % 2 ? station->drop_clients() : spark.reconnect();
     }
     senders.join();
+    support::keep_touching_sockets(spark);
     wait_until([&] { return spark.is_connected() && spark.outstanding_commands() == 0; });
     for (const Endings& of_one : endings)
         EXPECT_TRUE(of_one.each_once());
