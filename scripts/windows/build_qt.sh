@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds for Windows the Qt that this machine's own programs use, from the distribution's source package:
 # shared libraries, with the tools (moc, rcc) that run here, and no more modules than the tree links. Needs
-# no root. About 8 minutes on two cores for Core and Network; ccache, where there is one, makes a second time short.
+# no root. About 10 minutes on two cores for Core and Network; ccache, where there is one, makes a second time short.
 # usage: build_qt.sh i686|x86_64 PREFIX WORKDIR; the folder WORKDIR may be deleted afterwards
 #        build_qt.sh --name i686|x86_64: the name of what would be built, which is another one whenever
 #        something is different about it
