@@ -3,6 +3,7 @@
 #include <simulator/options_p.h>
 #include <simulator/platform_stop_p.h>
 #include <simulator/server.h>
+#include <streams/platform_streams.h>
 
 #include <QCoreApplication>
 
@@ -14,16 +15,21 @@ namespace {
 
 enum ExitCode { exit_clean = 0, exit_failed = 1, exit_bad_usage = 2 };
 
+void complain(const QString& why)
+{
+    write_stream(stderr, QStringLiteral("skuan-sim: %1\n").arg(why).toUtf8());
+}
+
 int failed(const QString& why)
 {
-    std::fprintf(stderr, "skuan-sim: %s\n", qPrintable(why));
+    complain(why);
     return exit_failed;
 }
 
 int tell_other(const Options& options)
 {
     const Told told = tell(options.tell, options.line);
-    std::fwrite(told.answer.constData(), 1, static_cast<std::size_t>(told.answer.size()), stdout);
+    write_stream(stdout, told.answer);
     return told.error.isEmpty() ? exit_clean : failed(told.error);
 }
 
@@ -36,8 +42,8 @@ int serve(const Options& options)
     QObject::connect(&server, &Server::started, [&server](bool listens) {
         if (!listens)
             return QCoreApplication::exit(failed(server.error_text()));
-        std::printf("listening on %s\n", qPrintable(server.place()));
-        std::fflush(stdout);
+        write_stream(stdout, QStringLiteral("listening on %1\n").arg(server.place()).toUtf8());
+        flush_stream(stdout);
     });
     ControlSocket control(server);
     if (!options.control.isEmpty() && !control.listen(options.control))
@@ -56,16 +62,17 @@ int serve(const Options& options)
 
 int main(int argc, char** argv)
 {
+    prepare_streams();
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("skuan-sim"));
 
     const Options options = parse_options(QCoreApplication::arguments());
     if (!options.error.isEmpty()) {
-        std::fprintf(stderr, "skuan-sim: %s\nTry 'skuan-sim --help'.\n", qPrintable(options.error));
+        complain(options.error + QStringLiteral("\nTry 'skuan-sim --help'."));
         return exit_bad_usage;
     }
     if (!options.help.isEmpty()) {
-        std::fputs(qPrintable(options.help), stdout);
+        write_stream(stdout, options.help.toUtf8());
         return exit_clean;
     }
 

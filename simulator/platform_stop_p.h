@@ -8,8 +8,8 @@
 
 namespace simulator {
 
-// From its construction on, SIGTERM and SIGINT (Ctrl-C on Windows) emit stop() on this object's thread
-// instead of killing the process. One in a process.
+// From its construction on, SIGTERM and SIGINT (on Windows Ctrl-C, Ctrl-Break and a console that is closed)
+// emit stop() on this object's thread instead of killing the process. One in a process.
 class StopSignal : public QObject
 {
     Q_OBJECT

@@ -3,16 +3,26 @@
 
 #include <QMetaObject>
 
+#include <mutex>
+
 #include <windows.h>
 
 namespace simulator {
 
 namespace {
+std::mutex mutex;
 StopSignal* instance = nullptr;
 
-BOOL WINAPI on_console_event(DWORD)
+BOOL WINAPI on_console_event(DWORD event)
 {
-    QMetaObject::invokeMethod(instance, &StopSignal::stop, Qt::QueuedConnection);
+    {
+        const std::lock_guard lock(mutex);
+        if (instance)
+            QMetaObject::invokeMethod(instance, &StopSignal::stop, Qt::QueuedConnection);
+    }
+    // Where the console goes, or its user, the process ends as soon as this returns.
+    if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT)
+        ::Sleep(INFINITE); // until the main thread, which may have a state to save, has ended it
     return TRUE;
 }
 } // namespace
@@ -26,6 +36,8 @@ StopSignal::StopSignal(QObject* parent) : QObject(parent)
 StopSignal::~StopSignal()
 {
     ::SetConsoleCtrlHandler(on_console_event, FALSE);
+    const std::lock_guard lock(mutex);
+    instance = nullptr;
 }
 
 } // namespace simulator

@@ -1,9 +1,9 @@
 // What the server answers, what it refuses, and how its owner starts, steers and ends it.
 #include "plain_client.h"
 
-#include <QTemporaryFile>
+#include <support/ask_to_end.h>
 
-#include <csignal>
+#include <QTemporaryFile>
 
 namespace {
 
@@ -128,14 +128,14 @@ TEST_F(ServerTest, ClientsThatNeverReadShareOneBound)
 
 const auto skuan_sim = [] { return QCoreApplication::applicationDirPath() + "/../bin/skuan-sim"; };
 
-TEST_F(ServerTest, TheProgramServesUntilASignalEndsIt)
+TEST_F(ServerTest, TheProgramServesUntilItIsAskedToEnd)
 {
     QTemporaryFile clips;
     ASSERT_TRUE(clips.open());
     clips.write("# one\nnews/élan\n");
     clips.close();
     const QString address = QString::fromStdString(support::own_loopback_address());
-    for (const int signal : {SIGTERM, SIGINT}) {
+    for (const support::Wish wish : {support::Wish::end, support::Wish::interrupt}) {
         QProcess process;
         process.start(skuan_sim(), {"--address", address, "--port", "0", "--name", "A&B", "--clips",
                                     clips.fileName(), "--split", "3"});
@@ -152,7 +152,7 @@ TEST_F(ServerTest, TheProgramServesUntilASignalEndsIt)
             got += socket.readAll();
         EXPECT_TRUE(got.contains("<ComputerName>A&amp;B<") && got.contains("<ClipID>news/élan<"));
 
-        ::kill(static_cast<pid_t>(process.processId()), signal);
+        support::ask_to_end(process, wish);
         ASSERT_TRUE(process.waitForFinished(patience_ms));
         EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
         EXPECT_EQ(process.exitCode(), 0);

@@ -1,4 +1,5 @@
 // The command line from end to end: what each verb prints, in both forms, and how every run ends.
+#include <support/ask_to_end.h>
 #include <support/program.h>
 #include <support/station.h>
 
@@ -9,13 +10,9 @@
 
 #include <gmock/gmock.h>
 
-#include <csignal>
-#include <cstdlib>
-#include <fcntl.h>
 #include <future>
 #include <mutex>
 #include <set>
-#include <unistd.h>
 #include <utility>
 
 using simulator::Faults;
@@ -385,78 +382,20 @@ TEST_F(Skuanctl, WatchesTheWholeConfiguration)
     EXPECT_EQ(watch.readAllStandardOutput(), "StopMode=black\n");
 }
 
-TEST_F(Skuanctl, EndsQuietlyWithItsReaderAndLoudlyWithTheDisk)
+// Of a megabyte it hears nothing, and ends at once.
+TEST_F(Skuanctl, EndsQuietlyWithItsReader)
 {
     simulator::Settings settings;
-    settings.clips = simulator::ClipStore::generated(20'000);
+    settings.clips = simulator::ClipStore::generated(100'000);
     const Station station(settings);
-    const auto shell = [&](const char* command) {
-        return support::run("/bin/sh", {"-c", command, program, station.address().toString()});
-    };
-    const Ran some = shell("\"$0\" --host \"$1\" clip list | head -1");
-    EXPECT_EQ(some.out, "load/clip_000000\n");
-    EXPECT_EQ(some.err, "");
-    const Ran full = shell("\"$0\" --host \"$1\" clip list > /dev/full");
-    EXPECT_EQ(full.code, 6);
-    EXPECT_EQ(full.err, "skuanctl: cannot write the output: No space left on device\n");
-}
-
-TEST_F(Skuanctl, ShowsControlCharactersOnATerminalOnly)
-{
-    simulator::Settings settings;
-    settings.clips = simulator::ClipStore();
-    ASSERT_EQ(settings.clips.create_clip(QStringLiteral("a\\b\nc é")), simulator::ClipStore::Outcome::Done);
-    const Station station(settings);
-    EXPECT_EQ(ask(station, {"clip", "list"}).out, "a\\b\nc é\n");
-
-    const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
-    ASSERT_EQ(::grantpt(terminal), 0);
-    ASSERT_EQ(::unlockpt(terminal), 0);
-    support::run("/bin/sh", {"-c", "\"$0\" --host \"$1\" clip list > \"$2\"", program,
-                             station.address().toString(), ::ptsname(terminal)});
-    char shown[100] = {};
-    EXPECT_GT(::read(terminal, shown, sizeof shown - 1), 0);
-    EXPECT_STREQ(shown, "a\\\\b\\nc é\r\n");
-    ::close(terminal);
-}
-
-// A table that is drawn over, in a terminal of 80 by 24, while the server goes and comes.
-TEST_F(Skuanctl, DrawsWhatChangesOnATerminal)
-{
-    const Station station(simulator::Settings{.pace = 0, .faults = {}});
-    ask(station, {"cue", "A", "sports/Łódź–Málaga 2:1"});
-    const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
-    ASSERT_EQ(::grantpt(terminal), 0);
-    ASSERT_EQ(::unlockpt(terminal), 0);
-    std::string out;
-    const auto shows = [&](const std::string& text) {
-        char some[1000];
-        for (ssize_t size = 0; out.find(text) == std::string::npos; out.append(some, std::size_t(size)))
-            if ((size = ::read(terminal, some, sizeof some)) <= 0)
-                return false;
-        return true;
-    };
-    QProcess process;
-    process.start("/bin/sh",
-                  {"-c", "TERM=xterm exec \"$0\" --host \"$1\" monitor A --columns clip,tally > \"$2\"",
-                   program, station.address().toString(), ::ptsname(terminal)});
-    const QString clip = QStringLiteral("sports/Łódź–Málaga 2:1").leftJustified(48);
-    ASSERT_TRUE(shows("\r\nA   " + clip.toStdString() + "  -      \r\n")) << out;
-    EXPECT_THAT(station->control("registrations").toStdString(), testing::EndsWith("A clipid"));
-
-    ask(station, {"dict", "set", "Tally0", "red"});
-    EXPECT_TRUE(shows("\r\n\x1b[1A\x1b[55Gred\x1b[1B\r")) << out;
-    station->set_faults(Faults{.refuse = true});
-    station->drop_clients();
-    EXPECT_TRUE(shows("\x1b[3A\x1b[1Glost the connection to ")) << out;
-    station->set_faults({});
-    EXPECT_TRUE(shows(" again\x1b[K\x1b[3B\r")) << out;
-
-    ::kill(static_cast<pid_t>(process.processId()), SIGINT);
-    EXPECT_TRUE(shows("\x1b[3B\r\r\x1b[K")) << out;
-    ASSERT_TRUE(process.waitForFinished());
-    EXPECT_EQ(process.exitCode(), 130);
-    ::close(terminal);
+    QProcess writer, reader;
+    writer.setStandardOutputProcess(&reader);
+    writer.start(program, to(station, {"clip", "list"}));
+    reader.start(program, {"--version"});
+    ASSERT_TRUE(reader.waitForFinished());
+    ASSERT_TRUE(writer.waitForFinished());
+    EXPECT_EQ(writer.exitCode(), 6);
+    EXPECT_EQ(writer.readAllStandardError(), "");
 }
 
 TEST_F(Skuanctl, EndsAtCtrlC)
@@ -466,46 +405,12 @@ TEST_F(Skuanctl, EndsAtCtrlC)
         QProcess process;
         process.start(program, to(station, split(verb)));
         ASSERT_TRUE(process.waitForReadyRead()); // it listens now
-        ::kill(static_cast<pid_t>(process.processId()), SIGINT);
+        support::ask_to_end(process, support::Wish::interrupt);
         ASSERT_TRUE(process.waitForFinished());
         EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
         EXPECT_EQ(process.exitCode(), 130);
         EXPECT_EQ(process.readAllStandardError(), "");
     }
-}
-
-TEST_F(Skuanctl, CompletesInBash)
-{
-    // Each line up to the cursor, and what it may become.
-    const QString rows = R"(c|channel cue clip chase config call capture complete 
-clip re|rename 
---timeout |
-clip list --|--host --timeout --json --help --version 
-clip create x --tracks video,t|video,timecode 
-gang play A,|A,B A,C A,D A,E A,F A,G A,H A,I A,J A,K A,L 
-precue |A B C D E F G H I J K L activate clear 
-call play Channel=A |Speed= MinLatency 
-call --json cue_clip Loop=loop|loop loopto 
-call gang_stop ChannelSet=K,L,A|K,L,A 
-call list_bed ListElement.Transition.|ListElement.Transition.TransitionType= ListElement.Transition.TransitionDuration= 
-call metadata_set MetadataList.Metadata[1].K|MetadataList.Metadata[1].Key= 
-call nothing C|
-layout --b|--board 
-reports clip|clip_change 
-reports A:speed,t|speed,timecode 
-)";
-    QStringList lines;
-    for (const QString& row : rows.split('\n', Qt::SkipEmptyParts))
-        lines += "skuanctl " + row.section('|', 0, 0);
-    const Ran ran = support::run(
-        "bash", QStringList{"-c",
-                            "source \"$0\"; program=$1; shift\n"
-                            "for COMP_LINE; do COMP_POINT=${#COMP_LINE}; _skuanctl \"$program\"\n"
-                            "printf '%s|' \"${COMP_LINE#skuanctl }\"\n"
-                            "[[ ${#COMPREPLY[@]} = 0 ]] || printf '%s ' \"${COMPREPLY[@]}\"; echo; done",
-                            SKUANCTL_COMPLETION, program} +
-                    lines);
-    EXPECT_EQ(ran.out, rows) << ran.err.constData();
 }
 
 } // namespace

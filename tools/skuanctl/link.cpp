@@ -19,7 +19,9 @@ Link::Link(const QString& host, std::chrono::milliseconds limit, Take take)
     wait_.setInterval(limit);
     connect(&wait_, &QTimer::timeout, this, &Link::on_timeout);
     connect(&socket_, &QTcpSocket::connected, this, &Link::on_connected);
-    connect(&socket_, &QTcpSocket::readyRead, this, &Link::read);
+    reading_.setSingleShot(true);
+    connect(&socket_, &QTcpSocket::readyRead, &reading_, qOverload<>(&QTimer::start));
+    connect(&reading_, &QTimer::timeout, this, &Link::read);
     connect(&socket_, &QTcpSocket::stateChanged, this, [this](QAbstractSocket::SocketState state) {
         if (state == QAbstractSocket::UnconnectedState)
             on_unconnected();

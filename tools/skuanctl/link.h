@@ -56,5 +56,6 @@ private:
     QString place_; ///< who is meant, with the addresses that a name stands for
     QTcpSocket socket_;
     XMLParseEngine engine_;
+    QTimer reading_; // in turn with all else: timers may starve beside a socket that always has more
     QTimer wait_;
 };

@@ -1,6 +1,7 @@
 // skuanctl: asks and drives video disk servers from the command line.
 #include <skuanctl/help.h>
 #include <skuanctl/program.h>
+#include <streams/platform_streams.h>
 
 #include <QCoreApplication>
 
@@ -14,12 +15,12 @@ static ExitCode refuse(const Options& options, const QString& why)
 
 static ExitCode print(const QString& text)
 {
-    std::fputs(text.toUtf8().constData(), stdout);
-    return std::fflush(stdout) == 0 ? exit_ok : exit_cannot_write;
+    return write_stream(stdout, text.toUtf8()) && flush_stream(stdout) ? exit_ok : exit_cannot_write;
 }
 
 int main(int argc, char** argv)
 {
+    prepare_streams();
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("skuanctl"));
 

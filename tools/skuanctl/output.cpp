@@ -1,6 +1,7 @@
 // Writing through the C streams: they are what a shell hands over, and need no event loop.
 #include <skuanctl/output.h>
 #include <skuanctl/platform_terminal.h>
+#include <streams/platform_streams.h>
 
 #include <QJsonDocument>
 
@@ -58,7 +59,7 @@ QString made_visible(const QString& text)
 }
 
 Output::Output(bool json)
-    : json_(json), to_terminal_(is_terminal(stdout)), shows_progress_(is_terminal(stderr))
+    : json_(json), to_terminal_(is_terminal(stdout)), shows_progress_(can_move_cursor(stderr))
 {
     flush_timer_.setSingleShot(true);
     connect(&flush_timer_, &QTimer::timeout, this, &Output::flush);
@@ -92,14 +93,14 @@ void Output::progress(const QString& text)
         return;
     in_progress_ = true;
     progress_shown_.start();
-    std::fprintf(stderr, "\r\033[K%s", made_visible(text).toUtf8().constData());
-    std::fflush(stderr);
+    write_stream(stderr, "\r\033[K" + made_visible(text).toUtf8());
+    flush_stream(stderr);
 }
 
 void Output::end_progress()
 {
     if (std::exchange(in_progress_, false))
-        std::fputs("\r\033[K", stderr);
+        write_stream(stderr, "\r\033[K");
 }
 
 bool Output::can_draw() const
@@ -120,7 +121,7 @@ void Output::error(const Failure& failure, const QString& host)
     const QString told = host.isEmpty() ? failure.message : host + QStringLiteral(": ") + failure.message;
     // A server's words may reach a terminal through this too.
     const QByteArray bytes = json_ ? json_line(object) : "skuanctl: " + made_visible(told).toUtf8() + '\n';
-    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stderr);
+    write_stream(stderr, bytes);
 }
 
 void Output::write(const QByteArray& bytes)
@@ -129,8 +130,7 @@ void Output::write(const QByteArray& bytes)
         return;
     if (to_terminal_ && std::exchange(shows_progress_, false)) // the result itself shows how far it is
         end_progress();
-    const auto size = static_cast<std::size_t>(bytes.size());
-    check(std::fwrite(bytes.constData(), 1, size, stdout) == size);
+    check(write_stream(stdout, bytes));
     if (!flush_timer_.isActive())
         flush_timer_.start(0);
 }
@@ -138,7 +138,7 @@ void Output::write(const QByteArray& bytes)
 bool Output::flush()
 {
     if (!broken_)
-        check(std::fflush(stdout) == 0);
+        check(flush_stream(stdout));
     return !broken_;
 }
 

@@ -1,13 +1,11 @@
-// Whether somebody is looking, and through what.
+// The terminal that somebody looks at.
 #pragma once
 
 #include <cstdio>
 
-/// True if what is written to `stream` is shown on a terminal.
-bool is_terminal(std::FILE* stream);
-
-/// Whether it also follows the escape sequences that move a cursor. To be asked before one is written: some
-/// systems have to be told that they come.
+/// Whether `stream` is shown on a terminal that follows the escape sequences that move a cursor. To be asked
+/// before one is written: some systems have to be told that they come. How the terminal was before is put
+/// back when the program ends.
 bool can_move_cursor(std::FILE* stream);
 
 struct TerminalSize

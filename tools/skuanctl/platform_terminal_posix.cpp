@@ -1,16 +1,12 @@
 // Asks the system about the stream's descriptor.
 #include <skuanctl/platform_terminal.h>
+#include <streams/platform_streams.h>
 
 #include <cstdlib>
 #include <cstring>
 
 #include <sys/ioctl.h>
 #include <unistd.h>
-
-bool is_terminal(std::FILE* stream)
-{
-    return ::isatty(::fileno(stream)) == 1;
-}
 
 bool can_move_cursor(std::FILE* stream)
 {

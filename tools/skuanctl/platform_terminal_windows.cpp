@@ -1,25 +1,44 @@
-// Asks the C library about the stream's descriptor, and the console behind it.
+// Asks the console behind the stream, which other programs share.
 #include <skuanctl/platform_terminal.h>
 
 #include <io.h>
 #include <windows.h>
 
-static HANDLE console_of(std::FILE* stream)
+namespace {
+
+HANDLE console_of(std::FILE* stream)
 {
     return reinterpret_cast<HANDLE>(::_get_osfhandle(::_fileno(stream)));
 }
 
-bool is_terminal(std::FILE* stream)
+/// The console's mode as it was, put back when the program ends in order.
+class FollowsSequences
 {
-    return ::_isatty(::_fileno(stream)) != 0;
-}
+public:
+    explicit FollowsSequences(HANDLE console) : console_(console)
+    {
+        constexpr DWORD follow = 0x0004; // ENABLE_VIRTUAL_TERMINAL_PROCESSING, from Windows 10 on
+        follows_ = ::GetConsoleMode(console_, &before_) && ::SetConsoleMode(console_, before_ | follow);
+    }
+    ~FollowsSequences()
+    {
+        if (follows_)
+            ::SetConsoleMode(console_, before_);
+    }
+    bool follows() const { return follows_; }
+
+private:
+    const HANDLE console_;
+    DWORD before_ = 0;
+    bool follows_ = false;
+};
+
+} // namespace
 
 bool can_move_cursor(std::FILE* stream)
 {
-    constexpr DWORD follow_sequences = 0x0004; // ENABLE_VIRTUAL_TERMINAL_PROCESSING, which old headers lack
-    DWORD mode = 0;
-    return is_terminal(stream) && ::GetConsoleMode(console_of(stream), &mode) &&
-           ::SetConsoleMode(console_of(stream), mode | follow_sequences);
+    static const FollowsSequences out(console_of(stdout)), err(console_of(stderr));
+    return (stream == stdout ? out : err).follows();
 }
 
 TerminalSize terminal_size(std::FILE* stream)

@@ -1,9 +1,9 @@
 // Cutting and checking.
 #include <skuanctl/raw_input.h>
+#include <streams/platform_streams.h>
 
 #include <skuan/markup/xml_parse.h>
 
-#include <cstdio>
 #include <cstring>
 
 namespace {
@@ -57,15 +57,15 @@ RawInput cut_commands(const QByteArray& text)
 QByteArray read_standard_input(QString* error)
 {
     QByteArray text;
-    char piece[65536];
-    while (const std::size_t size = std::fread(piece, 1, sizeof piece, stdin)) {
-        text.append(piece, static_cast<int>(size));
+    bool failed = false;
+    for (QByteArray piece; !(piece = read_standard_stream(&failed)).isEmpty();) {
+        text += piece;
         if (text.size() > most_input) {
             *error = QStringLiteral("more than %1 bytes on standard input").arg(most_input);
             return {};
         }
     }
-    if (std::ferror(stdin))
+    if (failed)
         *error = QStringLiteral("cannot read standard input");
     return text;
 }

@@ -4,12 +4,18 @@
 
 #include <utility>
 
+namespace {
+constexpr int most_pieces = 16; // before others have their turn
+}
+
 Wire::Wire(qintptr socket)
     : socket_(socket), readable_(socket, QSocketNotifier::Read), writable_(socket, QSocketNotifier::Write)
 {
     prepare_socket(socket);
     writable_.setEnabled(false);
-    connect(&readable_, &QSocketNotifier::activated, this, &Wire::read);
+    connect(&readable_, &QSocketNotifier::activated, this, &Wire::read_on);
+    connect(&looking_, &QTimer::timeout, this, &Wire::read_on);
+    looking_.start(50); // ms
     connect(&writable_, &QSocketNotifier::activated, this, [this] {
         if (write())
             Q_EMIT sent();
@@ -47,23 +53,36 @@ void Wire::set_reading(bool on)
     readable_.setEnabled(on && !has_ended_ && !lost_);
 }
 
-void Wire::read()
+/// A notifier may miss the end where its system tells of that once only; so it is looked for, too.
+void Wire::read_on()
+{
+    for (int pieces = 0; pieces < most_pieces && readable_.isEnabled() && read(); ++pieces) {
+    }
+    if (has_ended_ || lost_)
+        looking_.stop();
+}
+
+/// False if there is nothing more to be read for now, or for ever.
+bool Wire::read()
 {
     QByteArray bytes(most_read, Qt::Uninitialized);
     const qint64 size = read_socket(socket_, bytes.data(), bytes.size());
     if (size == socket_would_wait)
-        return;
-    if (size == socket_lost)
-        return lose();
+        return false;
     if (size > 0) {
         bytes.resize(static_cast<int>(size));
         bytes.squeeze(); // it may be kept
         Q_EMIT received(bytes);
-        return;
+        return true;
     }
-    has_ended_ = true;
-    readable_.setEnabled(false);
-    Q_EMIT ended();
+    if (size == socket_lost) {
+        lose();
+    } else {
+        has_ended_ = true;
+        readable_.setEnabled(false);
+        Q_EMIT ended();
+    }
+    return false;
 }
 
 /// False if the connection is lost.

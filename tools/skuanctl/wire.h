@@ -4,6 +4,7 @@
 #include <QByteArray>
 #include <QObject>
 #include <QSocketNotifier>
+#include <QTimer>
 
 #include <deque>
 
@@ -37,13 +38,15 @@ Q_SIGNALS:
     void ended(); ///< the other side's sending; this side's goes on
     void lost();  ///< both directions; nothing comes after it
 private:
-    void read();
+    void read_on();
+    bool read();
     bool write();
     void lose();
 
     const qintptr socket_;
     QSocketNotifier readable_;
     QSocketNotifier writable_;
+    QTimer looking_;
     std::deque<QByteArray> waiting_; // chunk by chunk, so that each leaves in a write of its own
     qint64 unsent_ = 0;
     bool ends_ = false;
