@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -62,8 +63,12 @@ QString safe_name(const QString& filename)
     for (QChar& c : name)
         if (!c.isLetterOrNumber() && !QStringLiteral("._- ").contains(c))
             c = QLatin1Char('_');
-    if (name.isEmpty() || name.startsWith(QLatin1Char('.')))
+    static const QRegularExpression device(QStringLiteral("^(con|prn|aux|nul|(com|lpt)[0-9¹²³]) *(\\.|$)"),
+                                           QRegularExpression::CaseInsensitiveOption);
+    if (name.isEmpty() || name.startsWith(QLatin1Char('.')) || device.match(name).hasMatch())
         name.prepend(QLatin1Char('_'));
+    if (name.endsWith(QLatin1Char('.')) || name.endsWith(QLatin1Char(' '))) // which some systems leave off
+        name.back() = QLatin1Char('_');
     return name;
 }
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Kills the simulator in the middle of a save: what it loads then is the old state or the new one, and whole.
 
-    kill_test.py SKUAN_SIM
+    kill_test.py SKUAN_SIM...
 
 Everything that is changed between two saves carries the number of its generation.
 """
@@ -44,10 +44,10 @@ def main():
     seed = int(os.environ.get("SKUAN_SEED", time.time() % 1e6))
     print(f"SKUAN_SEED={seed}", flush=True)
     dice, kept = random.Random(seed), 0
-    with tempfile.TemporaryDirectory() as folder:
-        options = sys.argv[1], "--clip-count", str(CLIPS), "--state", os.path.join(folder, "state")
+    with tempfile.TemporaryDirectory(dir=os.curdir) as folder:
+        words = [*sys.argv[1:], "--clip-count", str(CLIPS), "--state", os.path.join(folder, "state")]
         for generation in range(1, ROUNDS + 2):
-            server = Server(*options)
+            server = Server(words)
             try:
                 client = Client(server.address)
                 if generation > 1:
@@ -59,8 +59,9 @@ def main():
                     began = time.monotonic()
                     server.stop()
                     kept, whole = generation, time.monotonic() - began
-                server.process.terminate()
-                time.sleep(whole * dice.random())
+                else:
+                    server.ask_to_end()
+                    time.sleep(whole * dice.random())
             finally:
                 print(f"generation {generation} was {'cut off' if server.kill() else 'saved'} after {kept}")
 

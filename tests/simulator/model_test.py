@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Holds the simulator to a small model of clips, lists, metadata and the user dictionary.
 
-    model_test.py SKUAN_SIM
+    model_test.py SKUAN_SIM...
 
 Several clients give random commands, good and bad. After each, server and model must agree on the answer, on
 every report that somebody is owed, and on what the command touched; now and then, and after each restart, on
@@ -176,8 +176,8 @@ def main():
     seed = int(os.environ.get("SKUAN_SEED", time.time() % 1e6))
     print(f"SKUAN_SEED={seed}", flush=True)
     for turn in range(int(os.environ.get("SKUAN_ROUNDS", 6))):
-        with tempfile.TemporaryDirectory() as folder:
-            server = Server(sys.argv[1], "--pace", "0", "--state", os.path.join(folder, "state"))
+        with tempfile.TemporaryDirectory(dir=os.curdir) as folder:
+            server = Server([*sys.argv[1:], "--pace", "0", "--state", os.path.join(folder, "state")])
             try:
                 walk(seed + turn, server)
                 server.stop()
