@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QHostAddress>
+#include <QTimer>
 
 #include <cstdio>
 
@@ -52,6 +53,8 @@ int main(int argc, char** argv)
         if (state == QAbstractSocket::UnconnectedState)
             listing.complain(AString::l1("no connection"), KVRP3::ErrorCode_general);
     });
-    server.connect_to_server(QHostAddress(argc > 1 ? argv[1] : "127.0.0.1"));
+    // Within the event loop: an attempt may fail at once, and a loop that does not run cannot be ended.
+    QTimer::singleShot(0, &server,
+                       [&] { server.connect_to_server(QHostAddress(argc > 1 ? argv[1] : "127.0.0.1")); });
     return QCoreApplication::exec();
 }

@@ -7,6 +7,7 @@
 
 #include <QCoreApplication>
 #include <QHostAddress>
+#include <QTimer>
 
 #include <cstdio>
 
@@ -42,15 +43,18 @@ private:
 int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
+    const QStringList words = QCoreApplication::arguments();
     KVRP3::APIQt server(nullptr);
     ClipPanel panel;
 
     QObject::connect(&server, &KVRP3::APIQt::connected,
-                     [&] { panel.ask(server, AString(argc > 2 ? argv[2] : "bars_and_tone")); });
+                     [&] { panel.ask(server, words.value(2, "bars_and_tone")); });
     QObject::connect(&server, &KVRP3::APIQt::stateChanged, [&](QAbstractSocket::SocketState state) {
         if (state == QAbstractSocket::UnconnectedState)
             panel.complain(AString::l1("no connection"));
     });
-    server.connect_to_server(QHostAddress(argc > 1 ? argv[1] : "127.0.0.1"));
+    // Within the event loop: an attempt may fail at once, and a loop that does not run cannot be ended.
+    QTimer::singleShot(0, &server,
+                       [&] { server.connect_to_server(QHostAddress(words.value(1, "127.0.0.1"))); });
     return QCoreApplication::exec();
 }

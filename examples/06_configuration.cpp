@@ -12,7 +12,8 @@
 int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
-    const QString name(argc > 2 ? argv[2] : "StationName"), value(argc > 3 ? argv[3] : "Harbour");
+    const QStringList words = QCoreApplication::arguments();
+    const QString name = words.value(2, "StationName"), value = words.value(3, "Harbour");
 
     Spark session(false);
     CFModel* const model = session.cf_model();
@@ -37,6 +38,6 @@ int main(int argc, char** argv)
     };
     QObject::connect(model, &CFModel::fully_scanned, &session, edit);
 
-    session.set_server(QHostAddress(argc > 1 ? argv[1] : "127.0.0.1"));
+    session.set_server(QHostAddress(words.value(1, "127.0.0.1")));
     return QCoreApplication::exec();
 }

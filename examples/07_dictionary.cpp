@@ -13,8 +13,9 @@
 int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
-    const QHostAddress server(argc > 1 ? argv[1] : "127.0.0.1");
-    const QString key(argc > 2 ? argv[2] : "studio.2.state"), text(argc > 3 ? argv[3] : "rehearsal");
+    const QStringList words = QCoreApplication::arguments();
+    const QHostAddress server(words.value(1, "127.0.0.1"));
+    const QString key = words.value(2, "studio.2.state"), text = words.value(3, "rehearsal");
 
     Spark gallery(false);
     const auto show = [&](const QString& seen) {

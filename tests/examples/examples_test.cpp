@@ -4,7 +4,6 @@
 
 #include <gmock/gmock.h>
 
-using support::run;
 using testing::EndsWith;
 using testing::StartsWith;
 
@@ -13,6 +12,15 @@ namespace {
 QString path_of(const char* example)
 {
     return QStringLiteral(EXAMPLES_FOLDER "/") + QLatin1String(example);
+}
+
+/// They print texts, whose lines end as those of the system do.
+support::Ran run(const QString& program, const QStringList& arguments)
+{
+    support::Ran ran = support::run(program, arguments);
+    ran.out.replace("\r\n", "\n");
+    ran.err.replace("\r\n", "\n");
+    return ran;
 }
 
 TEST(Examples, SayWhatTheServerAnswers)
