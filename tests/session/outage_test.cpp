@@ -71,8 +71,12 @@ public:
     {
         simulator::Server* const server = station_.operator->();
         log_.listen_to(server);
-        QObject::connect(server, &simulator::Server::client_gone, server,
-                         [server] { server->set_faults({}); });
+        // When the next client comes, not when the first has gone: of an end that follows a half-close while
+        // Qt has the socket's notifications off, wine does not tell.
+        QObject::connect(server, &simulator::Server::client_connected, server, [server](quint64 client) {
+            if (client != 1)
+                server->set_faults({});
+        });
         for (int i = 0; i != 8; ++i) {
             items_ += spark_.cf_model()->get_item(QStringLiteral("Channel_GrowingMxfExportPath%1").arg(i));
             if (i % 2 == 0)
