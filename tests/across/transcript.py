@@ -11,6 +11,7 @@ for a skipped test, where the folder of a program is not there.
 import os
 import subprocess
 import sys
+import tempfile
 
 RUN = os.path.join(os.path.dirname(__file__), "../../scripts/windows/run.sh")
 ADDRESS = f"127.255.{os.getpid() >> 8 & 255}.{os.getpid() & 255}"
@@ -30,6 +31,16 @@ def steps(lines):
     return [step for step in found if step[0].startswith(b"$ ")]
 
 
+def said_by(command, given):
+    """All that it writes, what it says of errors last, and its exit code if that is not 0."""
+    # Files: a pipe stays open as long as what wine itself starts, with the first program that wants it.
+    with tempfile.TemporaryFile() as out, tempfile.TemporaryFile() as err:
+        code = subprocess.run(command, input=given, stdout=out, stderr=err, timeout=60).returncode
+        out.seek(0)
+        err.seek(0)
+        return out.read() + err.read() + (b"[%d]\n" % code if code else b"")
+
+
 def main():
     skuanctl, simulator, transcript = sys.argv[1:]
     for folder in {os.path.dirname(skuanctl), os.path.dirname(simulator)}:
@@ -45,10 +56,8 @@ def main():
             for command, *rest in steps(file):
                 words = command[2:].decode().replace("\\e", "\x1b").split()
                 given = [line for line in rest if line.startswith(b"< ")]
-                ran = subprocess.run(program(skuanctl, "--host", ADDRESS, *words), capture_output=True,
-                                     input=b"".join(line[2:] for line in given), timeout=60)
-                code = b"[%d]\n" % ran.returncode if ran.returncode else b""
-                said, written = ran.stdout + ran.stderr + code, b"".join(rest[len(given):])
+                said = said_by(program(skuanctl, "--host", ADDRESS, *words), b"".join(line[2:] for line in given))
+                written = b"".join(rest[len(given):])
                 count += 1
                 if said != written:
                     different += 1
