@@ -198,6 +198,8 @@ void Server::Private::gone(Connection* connection)
 {
     clients.erase(connection->id());
     responder.leave(connection->session());
+    // Not only when it is deleted: by then others have asked for the room.
+    connection->session().forget(responder.budget(), backlog);
     faults.forget(connection->id());
     --tally.connected;
     connection->deleteLater();

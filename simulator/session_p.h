@@ -11,11 +11,11 @@
 
 namespace simulator {
 
-struct Session
+// What a client can make the server remember is paid for from the budget `state`, and what waits for the
+// client from `backlog`. Both outlive it.
+struct Remembered
 {
-    // All that a client can make it remember is paid for from the budget `state`, and what waits for the
-    // client from `backlog`. Both outlive it.
-    Session(Budget& state, Budget& backlog)
+    Remembered(Budget& state, Budget& backlog)
         : outbox_share(backlog),
           watched_metadata(state),
           watched_keys(state),
@@ -24,10 +24,7 @@ struct Session
     {
     }
 
-    // Puts bytes on the client's wire, past the answers that wait.
-    std::function<void(const QByteArray&)> send;
-    std::function<void()> overrun; // for when more would wait for the client than may: ends its connection
-    QByteArray outbox;             // reports that leave when the command that caused them is done
+    QByteArray outbox; // reports that leave when the command that caused them is done
     Share outbox_share;
     bool is_overrun = false; // reports did not fit in the outbox
 
@@ -44,6 +41,18 @@ struct Session
     std::optional<Reordering> play_list_reordering, chase_list_reordering;
     std::optional<ExportDraft> export_draft;
     Shelf<VirtualClip> vclip_edits;
+};
+
+struct Session : Remembered
+{
+    using Remembered::Remembered;
+
+    // Forgets it all, and gives back what it took. Not the functions, one of which may be running.
+    void forget(Budget& state, Budget& backlog) { Remembered::operator=({state, backlog}); }
+
+    // Puts bytes on the client's wire, past the answers that wait.
+    std::function<void(const QByteArray&)> send;
+    std::function<void()> overrun; // for when more would wait for the client than may: ends its connection
 };
 
 } // namespace simulator
