@@ -1,4 +1,4 @@
-// Sockets on POSIX systems.
+// Sockets on Linux.
 #include <skuanctl/platform_socket.h>
 
 #include <cerrno>

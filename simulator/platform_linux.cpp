@@ -1,4 +1,4 @@
-// Half-closing a socket on POSIX systems.
+// Half-closing a socket on Linux.
 #include <simulator/platform_p.h>
 
 #include <sys/socket.h>

@@ -1,4 +1,4 @@
-// Streams on POSIX systems, where they are as they should be.
+// Streams on Linux, where they are as they should be.
 #include <streams/platform_streams.h>
 
 #include <unistd.h>
