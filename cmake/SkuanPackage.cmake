@@ -27,11 +27,11 @@ install(FILES "$<TARGET_FILE:Qt5::Core>" "$<TARGET_FILE:Qt5::Network>" "${qt_bin
 # Licences of these, where the distribution keeps them.
 string(REPLACE "_" "-" arch "${SKUAN_WIN_ARCH}")
 set(docs /usr/share/doc)
-install(FILES ${docs}/libqt5core5a/copyright DESTINATION licences RENAME Qt5.txt OPTIONAL)
-install(FILES ${docs}/gcc-mingw-w64-${arch}-posix-runtime/copyright DESTINATION licences RENAME gcc.txt OPTIONAL)
-install(FILES ${docs}/mingw-w64-${arch}-dev/copyright DESTINATION licences RENAME mingw-w64.txt OPTIONAL)
+install(FILES ${docs}/libqt5core5a/copyright DESTINATION licences RENAME Qt5.txt)
+install(FILES ${docs}/gcc-mingw-w64-${arch}-posix-runtime/copyright DESTINATION licences RENAME gcc.txt)
+install(FILES ${docs}/mingw-w64-${arch}-dev/copyright DESTINATION licences RENAME mingw-w64.txt)
 foreach(text LGPL-2.1 LGPL-3 GPL-2 GPL-3)
-  install(FILES /usr/share/common-licenses/${text} DESTINATION licences RENAME ${text}.txt OPTIONAL)
+  install(FILES /usr/share/common-licenses/${text} DESTINATION licences RENAME ${text}.txt)
 endforeach()
 
 configure_file(cmake/README.txt.in "${CMAKE_BINARY_DIR}/README.txt" @ONLY NEWLINE_STYLE WIN32)
