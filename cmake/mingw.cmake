@@ -25,3 +25,5 @@ if(SKUAN_WIN_ARCH STREQUAL "i686")
 endif()
 # Qt's headers declare again, without the attribute, what they have declared as imported.
 string(APPEND CMAKE_CXX_FLAGS_INIT " -Wno-attributes")
+# The newest debug data that wine's debugger reads.
+set(CMAKE_CXX_FLAGS_DEBUG_INIT -gdwarf-4)
