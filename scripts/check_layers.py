@@ -31,7 +31,7 @@ INCLUDE = re.compile(r'^\s*#\s*include\s*(["<])([^">]+)[">]')
 PREPROCESSOR = re.compile(r"^\s*#\s*(if|ifdef|ifndef|elif)\b")
 SYSTEM_MACRO = re.compile(
     r"\b(_*WIN(32|64|NT)_*|_*(linux|gnu_linux|unix|APPLE|MACH|FreeBSD|ELF|CYGWIN|MINGW\w*)_*|_WIN32_WINNT|_POSIX_\w+|"
-    r"__GLIBC__|_MSC_\w+|Q_OS_\w+|Q_CC_(MSVC|MINGW))\b")
+    r"__GLIBC__|_MSC_\w+|WINVER|_GNU_SOURCE|Q_OS_\w+|Q_CC_(MSVC|MINGW))\b|__has_include *\( *<(?!sanitizer/)")
 SYSTEM_HEADER = re.compile(
     r"^(sys|netinet|arpa|linux|net|asm|bits)/|^(unistd|pthread|semaphore|sched|netdb|poll|fcntl|dlfcn|link|malloc|termios|"
     r"pty|dirent|spawn|ifaddrs|pwd|syslog|ucontext|execinfo|windows|winsock2?|ws2\w+|mswsock|iphlpapi|process|io|direct|"
@@ -58,7 +58,7 @@ def names_system(source):
     """The platform room; one system's source of a program, which cannot see that room; and what tests ask of the
     system, with those tests that exist on one only."""
     path = source.as_posix()
-    return re.match(r"skuan/platform/|(simulator|tools/\w+)/platform\w*_(posix|linux|windows)\.cpp$|"
+    return re.match(r"skuan/platform/|(simulator|tools/\w+)/platform\w*_(linux|windows)\.cpp$|"
                     r"tests/support/(linux|windows)/", path) or (
         source.parts[0] == "tests" and re.sub(r"[/.]", "_", path[len("tests/"):-len(source.suffix)]) in ONE_SYSTEM)
 
@@ -104,7 +104,9 @@ def include_breach(source, quote, header):
 
 def breaches(path):
     source = path.with_suffix("") if path.suffix == ".in" else path
-    for number, line in enumerate((ROOT / path).read_text(encoding="utf-8").splitlines(), 1):
+    text = (ROOT / path).read_text(encoding="utf-8")
+    whole = re.sub(r"(?:.*\\\n)+.*", lambda lines: lines[0].replace("\\\n", " ") + "\n" * lines[0].count("\n"), text)
+    for number, line in enumerate(whole.splitlines(), 1):
         found = INCLUDE.match(line)
         reason = include_breach(source, *found.groups()) if found else None
         if not reason and not names_system(source) and PREPROCESSOR.match(line) and SYSTEM_MACRO.search(line):
