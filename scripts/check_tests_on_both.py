@@ -15,7 +15,8 @@ ROWS = pathlib.Path(__file__).resolve().parent.parent / "tests/one_system_only.t
 
 
 def tests_of(build):
-    """Each test as (program, name); one that is no GoogleTest program stands for itself, as (name, "*")."""
+    """Each test as (program, name); one that is no GoogleTest program stands for itself, as (name, "*"). Those that
+    run across the systems are neither's."""
     told = subprocess.run(["ctest", "--test-dir", build, "--show-only=json-v1"], stdout=subprocess.PIPE)
     if told.returncode:
         sys.exit(f"{build}: ctest cannot list its tests; for programs that it has not run yet, it has to ask them")
@@ -23,6 +24,8 @@ def tests_of(build):
     for test in json.loads(told.stdout)["tests"]:
         if "command" not in test:
             sys.exit(f"{build}: {test['name']}: build it first")
+        if any(property["name"] == "LABELS" and "across" in property["value"] for property in test["properties"]):
+            continue
         command = " ".join(test["command"])
         found = re.search(r"([^/ ]+?)(?:\.exe)? --gtest_filter=(\S+)", command)
         tests.add(found.groups() if found else (test["name"], "*"))
