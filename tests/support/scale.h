@@ -21,15 +21,20 @@ constexpr int scaled(int n)
     return n / share;
 }
 
-/// The same for what goes through sockets and event loops. Where another program stands in for the system,
-/// each call to it is a message to that one program, and the time goes there.
+/// Whether another program stands in for the system: each call to it is a message to that one program.
+#if defined(SYSTEM_STOOD_IN_FOR)
+inline constexpr bool stood_in_for = true;
+#else
+inline constexpr bool stood_in_for = false;
+#endif
+
+/// `scaled` for what goes through sockets and event loops, which cost most where the system is stood in for.
 inline int scaled_traffic(int n)
 {
-#if defined(SYSTEM_STOOD_IN_FOR)
-    return scaled(n) / 10;
-#else // SKUAN_TRAFFIC_SHARE: a server may be there
+    if (stood_in_for)
+        return scaled(n) / 10;
+    // SKUAN_TRAFFIC_SHARE: a server may be there
     return scaled(n) / std::max(1, qEnvironmentVariableIntValue("SKUAN_TRAFFIC_SHARE"));
-#endif
 }
 
 } // namespace support

@@ -18,7 +18,7 @@ void keep_touching_sockets(QObject& connection)
                 socket->flush();
             }
     });
-    timer->start(1000);
+    timer->start(200);
 }
 
 } // namespace support
