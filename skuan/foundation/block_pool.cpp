@@ -4,8 +4,9 @@
 
 #include <skuan/platform/thread_pointer.h>
 
+#include <atomic>
 #include <memory>
-#include <mutex>
+#include <type_traits>
 #include <utility>
 
 namespace skuan {
@@ -28,42 +29,43 @@ class Depot
 public:
     FreeBlock* take()
     {
-        const std::unique_lock lock(mutex_, std::try_to_lock);
-        FreeBlock* const magazine = lock ? top_ : nullptr;
+        if (in_use_.test_and_set(std::memory_order_acquire))
+            return nullptr;
+        FreeBlock* const magazine = top_;
         if (magazine) {
             top_ = magazine->next_magazine;
             --count_;
         }
+        in_use_.clear(std::memory_order_release);
         return magazine;
     }
 
     void give(FreeBlock* magazine, unsigned kind)
     {
         const std::size_t bytes = (kind + 1) * block_grain * magazine_size;
-        {
-            const std::unique_lock lock(mutex_, std::try_to_lock);
-            if (lock && (count_ + 1) * bytes <= depot_bytes) {
+        bool kept = false;
+        if (!in_use_.test_and_set(std::memory_order_acquire)) {
+            kept = (count_ + 1) * bytes <= depot_bytes;
+            if (kept) {
                 magazine->next_magazine = top_;
                 top_ = magazine;
                 ++count_;
-                return;
             }
+            in_use_.clear(std::memory_order_release);
         }
-        free_all(magazine);
+        if (!kept)
+            free_all(magazine);
     }
 
 private:
-    std::mutex mutex_;
+    std::atomic_flag in_use_;
     FreeBlock* top_ = nullptr;
     std::size_t count_ = 0;
 };
 
-/// Ready for whoever comes first, be it another static object.
-Depot& depot(unsigned kind)
-{
-    static Depot* const depots = new Depot[block_kinds];
-    return depots[kind];
-}
+// Ready before the first static object.
+constinit Depot depots[block_kinds];
+static_assert(std::is_trivially_destructible_v<Depot>);
 
 struct ThreadBlocks
 {
@@ -74,9 +76,9 @@ struct ThreadBlocks
     {
         for (unsigned kind = 0; kind < block_kinds; ++kind) {
             if (spares[kind])
-                depot(kind).give(spares[kind], kind);
+                depots[kind].give(spares[kind], kind);
             if (magazines[kind].top && magazines[kind].room == 0)
-                depot(kind).give(magazines[kind].top, kind);
+                depots[kind].give(magazines[kind].top, kind);
             else
                 free_all(magazines[kind].top);
         }
@@ -142,7 +144,7 @@ void* take_block_slowly(unsigned kind) noexcept
     if (ThreadBlocks* const own = thread_blocks()) {
         FreeBlock* magazine = std::exchange(own->spares[kind], nullptr);
         if (!magazine)
-            magazine = depot(kind).take();
+            magazine = depots[kind].take();
         if (magazine) {
             own->magazines[kind] = {magazine->next, 1};
             return magazine;
@@ -159,7 +161,7 @@ void give_block_slowly(unsigned kind, void* block) noexcept
     BlockMagazine& magazine = own->magazines[kind];
     if (magazine.room == 0) {
         if (own->spares[kind])
-            depot(kind).give(own->spares[kind], kind);
+            depots[kind].give(own->spares[kind], kind);
         own->spares[kind] = magazine.top;
         magazine = {nullptr, magazine_size};
     }

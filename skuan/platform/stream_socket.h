@@ -51,15 +51,13 @@ private:
     using Handle = std::intptr_t;
     static constexpr Handle none = -1;
 
-    struct Signals; ///< what ends waits; one is raised at the first cancel, and stays so
+    struct Signals; ///< what the system needs for waits and to end them; raised by the first cancel for good
     void set_handle(Handle socket);
 
     const std::unique_ptr<Signals> signals_;
     std::atomic<bool> cancelled_{false};
-    std::mutex sending_;           ///< held by `send`; the handle changes only under it
-    std::mutex handle_;            ///< held by `cancel`; the handle changes only under this one as well
-    Handle socket_ = none;         ///< read without a lock by the owner only
-    unsigned limit_ms_ = no_limit; ///< that the socket has for receiving; the owner's
+    std::mutex sending_;   ///< held by `send`; the handle changes only under it
+    Handle socket_ = none; ///< read without a lock by the owner only
 };
 
 } // namespace skuan::platform

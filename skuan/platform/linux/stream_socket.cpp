@@ -43,6 +43,8 @@ bool wait_for_writing(int socket, int cancelled)
 struct StreamSocket::Signals
 {
     const int cancelled = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    std::mutex handle;            ///< held by a cancel; the handle changes only under it
+    unsigned limit_ms = no_limit; ///< that the socket has for receiving; the owner's
 
     ~Signals()
     {
@@ -86,21 +88,21 @@ bool StreamSocket::connect(std::uint32_t address, std::uint16_t port)
         return false;
     }
     fcntl(socket, F_SETFL, 0); // connecting was not to block
-    limit_ms_ = no_limit;
+    signals_->limit_ms = no_limit;
     set_handle(socket);
     return true;
 }
 
 void StreamSocket::set_handle(Handle socket)
 {
-    const std::scoped_lock lock(sending_, handle_);
+    const std::scoped_lock lock(sending_, signals_->handle);
     socket_ = socket;
 }
 
 std::ptrdiff_t StreamSocket::receive(void* buffer, std::size_t n, unsigned ms)
 {
     const int socket = static_cast<int>(socket_);
-    if (socket_ != none && ms != std::exchange(limit_ms_, ms)) {
+    if (socket_ != none && ms != std::exchange(signals_->limit_ms, ms)) {
         const timeval limit = ms == no_limit ? timeval{} : time_of(std::max(ms, 1u));
         setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
     }
@@ -149,7 +151,7 @@ void StreamSocket::cancel()
 {
     cancelled_ = true;
     eventfd_write(signals_->cancelled, 1);
-    const std::lock_guard lock(handle_);
+    const std::lock_guard lock(signals_->handle);
     if (socket_ != none)
         shutdown(static_cast<int>(socket_), SHUT_RD); // ends a `recv`; the peer does not notice
 }

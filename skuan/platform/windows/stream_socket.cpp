@@ -117,7 +117,7 @@ bool StreamSocket::connect(std::uint32_t address, std::uint16_t port)
 
 void StreamSocket::set_handle(Handle socket)
 {
-    const std::scoped_lock lock(sending_, handle_);
+    const std::lock_guard lock(sending_);
     socket_ = socket;
 }
 

@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <climits>
+#include <memory>
 #include <process.h>
+#include <utility>
 #include <windows.h>
 
 namespace skuan::platform {
@@ -29,10 +31,14 @@ unsigned __stdcall body(void* given)
 
 struct Thread::State
 {
-    HANDLE handle;
-    unsigned id;
+    HANDLE handle = nullptr;
+    unsigned id = 0;
 
-    ~State() { CloseHandle(handle); }
+    ~State()
+    {
+        if (handle)
+            CloseHandle(handle);
+    }
 };
 
 bool set_current_thread_priority(int priority)
@@ -59,14 +65,15 @@ bool Thread::start(void (*run)(void*), void* argument, std::size_t stack_bytes)
     join();
     if (!run || stack_bytes > UINT_MAX - margin)
         return false;
+    auto state = std::make_unique<State>(); // whatever may throw comes before the thread
     auto entry = std::make_unique<Entry>(Entry{run, argument});
-    unsigned id = 0;
-    const std::uintptr_t handle = _beginthreadex(nullptr, unsigned(stack_bytes + margin), body, entry.get(),
-                                                 STACK_SIZE_PARAM_IS_A_RESERVATION, &id);
-    if (handle == 0)
+    state->handle =
+        reinterpret_cast<HANDLE>(_beginthreadex(nullptr, unsigned(stack_bytes + margin), body, entry.get(),
+                                                STACK_SIZE_PARAM_IS_A_RESERVATION, &state->id));
+    if (!state->handle)
         return false;
     entry.release(); // the thread's from here on
-    state_.reset(new State{reinterpret_cast<HANDLE>(handle), id});
+    state_ = std::move(state);
     return true;
 }
 

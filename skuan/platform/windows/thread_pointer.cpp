@@ -40,7 +40,7 @@ void* thread_pointer(ThreadPointer which) noexcept
     const DWORD slot = slots[unsigned(which)];
     // The first slots lie in a published block of the thread: a load or two, against a call for every block
     // that a string takes.
-    const TEB& block = *reinterpret_cast<const TEB*>(NtCurrentTeb());
+    const TEB& block = *NtCurrentTeb();
     if (slot < sizeof block.TlsSlots / sizeof *block.TlsSlots)
         return block.TlsSlots[slot];
     // The system's function clears the last error, of which the caller may be about to ask.
@@ -61,4 +61,4 @@ bool set_thread_pointer(ThreadPointer which, void* value, void (*at_end)(void*))
 
 // The linker gathers what lies in sections of such names into the table of functions that the loader calls.
 extern "C" const PIMAGE_TLS_CALLBACK skuan_thread_pointer_callback [[gnu::section(".CRT$XLE"), gnu::used]] =
-    reinterpret_cast<PIMAGE_TLS_CALLBACK>(skuan::platform::on_loader_event);
+    skuan::platform::on_loader_event;
