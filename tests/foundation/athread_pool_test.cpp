@@ -43,7 +43,7 @@ TEST(AThreadPool, RunsEveryJobBeforeItEnds)
 
 TEST(AThreadPool, LetsManyThreadsWaitForTheirJobs)
 {
-    constexpr int rounds = support::scaled(20'000);
+    const int rounds = support::scaled_traffic(20'000);
     Work work;
     AThreadPool pool(QStringLiteral("pool"), 2);
     work.pool = &pool;

@@ -77,7 +77,7 @@ TEST(AtomicVQueue, ServesThreadsThatAreEndingAndGetsTheirNodesBack)
 TEST(AtomicVQueue, LosesAndDoublesNothing)
 {
     const unsigned sides = std::max(2u, std::thread::hardware_concurrency());
-    const std::uintptr_t turns = static_cast<unsigned>(support::scaled(20'000'000)) / sides;
+    const std::uintptr_t turns = static_cast<unsigned>(support::scaled_traffic(20'000'000)) / sides;
     const unsigned most_in_queue = 2000; // producers wait then, so that the peak is known
     AtomicVQueue queue;
     std::atomic<std::uintptr_t> taken{0};

@@ -59,7 +59,8 @@ TEST(AutoRelease, RunsOnceWhenTheLastCopyGoes)
 
 TEST(AutoRelease, RunsOnceHoweverManyThreadsRelease)
 {
-    for (int round = 0; round < support::scaled(2'000); ++round) {
+    const int rounds = support::scaled_traffic(2'000);
+    for (int round = 0; round < rounds; ++round) {
         Counter counter;
         AutoRelease shared(counter.function());
         support::on_threads(2, [&shared, copy = shared](unsigned) mutable {

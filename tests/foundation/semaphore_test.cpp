@@ -57,7 +57,7 @@ TEST(CountingSemaphore, OneGiveWakesAsManyAsItGives)
 // Short time limits make sleepers leave just while they are being woken: no give may be lost then.
 TEST(CountingSemaphore, LosesAndInventsNothing)
 {
-    constexpr int rounds = support::scaled(400'000);
+    const int rounds = support::scaled_traffic(400'000);
     constexpr int givers = 2;
     CountingSemaphore semaphore(0, 0x7fffffff);
     std::atomic<int> taken{0};
@@ -75,13 +75,22 @@ TEST(CountingSemaphore, LosesAndInventsNothing)
 
 TEST(BinarySemaphore, MayGoAsSoonAsItIsTaken)
 {
-    for (int round = 0; round < support::scaled(20'000); ++round) {
-        auto semaphore = std::make_unique<BinarySemaphore>(false);
-        std::thread giver([given = semaphore.get()] { given->semGive(); });
-        semaphore->semTake();
-        semaphore.reset();
-        giver.join();
-    }
+    const int rounds = support::scaled_traffic(20'000);
+    std::atomic<BinarySemaphore*> to_give{nullptr};
+    support::on_threads(2, [&](unsigned thread) {
+        for (int n = 0; n < rounds; ++n) {
+            if (thread == 0) {
+                const auto semaphore = std::make_unique<BinarySemaphore>(false);
+                to_give = semaphore.get();
+                semaphore->semTake();
+            } else {
+                BinarySemaphore* semaphore = nullptr;
+                while (!(semaphore = to_give.exchange(nullptr)))
+                    std::this_thread::yield();
+                semaphore->semGive();
+            }
+        }
+    });
 }
 
 } // namespace

@@ -154,7 +154,7 @@ TEST_F(Registration, follows_receivers_through_lost_connections_and_reroutings)
     monitors = {session->get_channel_monitor(0), session->get_channel_monitor(1),
                 session->get_channel_monitor(11), session->get_output_monitor(0),
                 session->get_output_monitor(1)};
-    for (int round = 0; round != 4 + support::scaled(400); ++round) {
+    for (int round = 0; round != 4 + support::scaled_traffic(400); ++round) {
         SCOPED_TRACE(round);
         if (round % 4 == 0)
             go_online();

@@ -28,7 +28,8 @@ inline constexpr bool stood_in_for = true;
 inline constexpr bool stood_in_for = false;
 #endif
 
-/// `scaled` for what goes through sockets and event loops, which cost most where the system is stood in for.
+/// `scaled` for what goes through sockets and event loops, waits or starts threads: what costs most where the
+/// system is stood in for.
 inline int scaled_traffic(int n)
 {
     if (stood_in_for)
