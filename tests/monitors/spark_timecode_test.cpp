@@ -10,6 +10,7 @@
 #include <support/possessions.h>
 #include <support/scale.h>
 #include <support/station.h>
+#include <support/touch_sockets.h>
 
 #include <iostream>
 #include <map>
@@ -201,7 +202,8 @@ TEST_F(FastPathOfASession, holds_under_a_hundred_times_the_load)
     int ltc = 0;
     QObject::connect(&spark, &Spark::report_ltc_timecode,
                      [&](const KVRP3::Timecode& now) { ltc = now.position; });
-    const int fields = 300 + support::scaled(6000);
+    const int fields = 300 + support::scaled_traffic(6000);
+    support::keep_touching_sockets(spark);
     spark.set_server(station.address());
     for (int connection = 1; connection <= 3; ++connection) {
         wait_until([&] {

@@ -9,6 +9,7 @@
 #include <support/be_answered.h>
 #include <support/core_application.h>
 #include <support/station.h>
+#include <support/touch_sockets.h>
 
 #include <QThread>
 
@@ -20,7 +21,11 @@ protected:
     const support::Station station{simulator::Settings{.pace = 0, .faults = {}}};
     std::unique_ptr<Spark> session = std::make_unique<Spark>(false);
 
-    Studio() { session->us_model()->get_item("cf.herbae.0.channel_count")->set("2"); }
+    Studio()
+    {
+        support::keep_touching_sockets(*session);
+        session->us_model()->get_item("cf.herbae.0.channel_count")->set("2");
+    }
 
     void go_online()
     {
