@@ -54,6 +54,8 @@ void prepare_streams()
 {
     for (std::FILE* const stream : {stdin, stdout, stderr})
         ::_setmode(::_fileno(stream), _O_BINARY);
+    // Wine's C library keeps what goes to a file or pipe, and was seen to lose it at a program's end.
+    std::setvbuf(stderr, nullptr, _IONBF, 0);
 }
 
 // The C library's own answer is true for the null device, too.
