@@ -187,7 +187,8 @@ protected:
     {
         of_this_connection = of_this_connection && position / of_a_connection == generation();
         forwards = forwards && position > std::exchange(positions[channel], position);
-        one_to_a_turn = one_to_a_turn && turns == values++;
+        // What comes next was asked for before this one was told, so it may come ahead of `turn`.
+        one_to_a_turn = one_to_a_turn && values++ - turns <= 1;
         const auto turn = [this] { ++turns; };
         QMetaObject::invokeMethod(this, turn, Qt::QueuedConnection);
     }
