@@ -57,7 +57,7 @@ TEST(CountingSemaphore, OneGiveWakesAsManyAsItGives)
 // Short time limits make sleepers leave just while they are being woken: no give may be lost then.
 TEST(CountingSemaphore, LosesAndInventsNothing)
 {
-    const int rounds = support::scaled_traffic(400'000);
+    const int rounds = support::scaled(400'000);
     constexpr int givers = 2;
     CountingSemaphore semaphore(0, 0x7fffffff);
     std::atomic<int> taken{0};
