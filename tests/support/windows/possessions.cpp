@@ -1,5 +1,6 @@
 #include <support/possessions.h>
 
+#include <algorithm>
 #include <vector>
 #include <windows.h>
 
@@ -10,9 +11,11 @@
 namespace support {
 namespace {
 
-/// By the list of all handles of the system: wine's GetProcessHandleCount says 0.
+/// By the list of all handles of the system: wine's GetProcessHandleCount says 0. Without events: mutexes,
+/// Qt's and the compiler's, make themselves one when two threads first meet there, and keep it.
 int own_handles()
 {
+    const HANDLE event = CreateEventW(nullptr, FALSE, FALSE, nullptr);
     struct Handle
     {
         void* object;
@@ -29,10 +32,14 @@ int own_handles()
     while (NtQuerySystemInformation(all_handles, list.data(), bytes(), nullptr) == too_short)
         list.resize(list.size() * 2);
     const auto* const first = reinterpret_cast<const Handle*>(&list[2]);
-    int own = 0;
-    for (ULONG_PTR i = 0; i != list[0]; ++i)
-        own += first[i].process == GetCurrentProcessId();
-    return own;
+    const auto* const end = first + list[0];
+    const auto ours = [](const Handle& handle) { return handle.process == GetCurrentProcessId(); };
+    const auto* const known = std::find_if(first, end, [&](const Handle& handle) {
+        return ours(handle) && handle.value == reinterpret_cast<ULONG_PTR>(event);
+    });
+    CloseHandle(event);
+    return int(std::count_if(
+        first, end, [&](const Handle& handle) { return ours(handle) && handle.type != known->type; }));
 }
 
 int own_threads()
