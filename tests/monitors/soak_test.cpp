@@ -107,7 +107,7 @@ protected:
 
 TEST_F(Soak, AnHourLeavesNothingBehind)
 {
-    constexpr int minutes = support::stood_in_for ? 6 : std::max(6, 60 / support::share),
+    constexpr int minutes = support::stood_in_for ? 3 : std::max(6, 60 / support::share),
                   warm_up = minutes / 3;
     Receiver attached(SparkMonitor::staticMetaObject), free(ChannelSignals::staticMetaObject);
     ChannelMonitor channels[12];
