@@ -2,7 +2,7 @@
 #pragma once
 
 #include <skuan/config/channel_config.h>
-#include <skuan/config/channel_config_spec.h>
+#include <skuan/config/configured_board.h>
 #include <skuan/export.h>
 
 #include <QObject>

@@ -1,7 +1,7 @@
 // A board's channels as a drawing in text.
 #pragma once
 
-#include <skuan/config/channel_config_spec.h>
+#include <skuan/config/configured_board.h>
 
 #include <QStringList>
 

@@ -1,6 +1,6 @@
 // Which output belongs to whom, asked from both ends, over every configuration of every board.
-#include <skuan/config/channel_config_spec.h>
 #include <skuan/config/channel_find_key.h>
+#include <skuan/config/configured_board.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

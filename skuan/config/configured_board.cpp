@@ -1,5 +1,5 @@
 // Each question goes to the one place that knows the kinds of boards.
-#include <skuan/config/channel_config_spec.h>
+#include <skuan/config/configured_board.h>
 
 namespace ChannelCF {
 
