@@ -83,7 +83,7 @@ ask record D demo/night --length 3000
 ask dict set Tally0 red
 
 echo
-echo "All of this was a program linked to libskuan.so, talking to a server over TCP. What to try next:"
+echo "All of this was a program linked to this library, talking to a server over TCP. What to try next:"
 printf '  %-36s  %s\n' \
     "$bin/skuan-sim" "a server at 127.0.0.1 that stays; --help: how it can misbehave" \
     "$bin/skuanctl clip list" "ask it; --help: all that the command line can do" \
