@@ -104,6 +104,9 @@ TEST(StreamSocket, CancelEndsEveryBlockedCallAndFailsEveryLaterOne)
         SCOPED_TRACE(c.call);
         SilentServer listener(c.starts_connected ? SilentServer::Open : SilentServer::Full);
         StreamSocket socket;
+        const SilentServer earlier(SilentServer::Open); // what was there ends no later wait
+        ASSERT_TRUE(socket.connect(earlier.ipv4(), port));
+        EXPECT_EQ(socket.receive(&byte, 1, 0), StreamSocket::timed_out);
         ASSERT_TRUE(!c.starts_connected || socket.connect(listener.ipv4(), port));
         std::atomic<bool> failed{false};
         support::BlockedThread owner([&] { failed = c.gives_failure(socket, listener.ipv4()); });

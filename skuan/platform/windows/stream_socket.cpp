@@ -101,7 +101,9 @@ bool StreamSocket::connect(std::uint32_t address, std::uint16_t port)
     server.sin_family = AF_INET;
     server.sin_addr.s_addr = htonl(address);
     server.sin_port = htons(port);
-    // The event makes the socket non-blocking, which matters to the connect only.
+    // The event, which the last receive has left set, makes the socket non-blocking: that matters to the
+    // connect only.
+    WSAResetEvent(signals_->owner);
     bool connected = setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&no_delay),
                                 sizeof no_delay) == 0 &&
                      WSAEventSelect(socket, signals_->owner, FD_CONNECT) == 0;
