@@ -2,8 +2,9 @@
 # Opens a throw-away copy of the Windows runner, in which scripts/windows/run.sh then starts programs, and
 # runs COMMAND beside it, on this system. All of it, the copy, its mounts, its network (a loopback of its
 # own) and every process, is gone when COMMAND ends or this script is stopped. Windows programs see, under
-# the paths that they have here, this project and the folder in which the script was called; any number of
-# copies may be open at a time. Needs root and the right to mount.
+# the paths that they have here, this project and the folder in which the script was called, unless the
+# runner has such a folder of its own, as /tmp; any number of copies may be open at a time. Needs root and
+# the right to mount.
 # usage: in_runner.sh COMMAND [ARGS...]   gives COMMAND's exit code
 #        in_runner.sh --can               succeeds if that is possible here, and prints what is missing if not
 set -euo pipefail
@@ -82,8 +83,8 @@ session=$(realpath runner-session)
 export SKUAN_RUNNER=$session/root
 mount -t proc proc "$SKUAN_RUNNER/proc"
 mount --rbind /dev "$SKUAN_RUNNER/dev"
-for folder in "$project" "$here"; do
-    [[ ! -d $SKUAN_RUNNER$folder ]] || continue
+for folder in "$here" "$project"; do # either may lie in the other
+    [[ ! -d $runner$folder ]] || continue
     mkdir -p "$SKUAN_RUNNER$folder"
     mount --bind "$folder" "$SKUAN_RUNNER$folder"
 done
