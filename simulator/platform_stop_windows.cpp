@@ -20,7 +20,7 @@ BOOL WINAPI on_console_event(DWORD event)
         if (instance)
             QMetaObject::invokeMethod(instance, &StopSignal::stop, Qt::QueuedConnection);
     }
-    // Where the console goes, or its user, the process ends as soon as this returns.
+    // Where the console goes, the process ends as soon as this returns.
     if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT)
         ::Sleep(INFINITE); // until the main thread, which may have a state to save, has ended it
     return TRUE;

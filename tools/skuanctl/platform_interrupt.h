@@ -2,7 +2,7 @@
 #pragma once
 
 /// From now on the first Ctrl-C only makes `is_interrupted` true; a second one ends the process at once.
-/// Where a console can be closed, or its user logs off, that is such a wish, too.
+/// Where a console can be closed, that is such a wish, too.
 void catch_interrupt();
 
 bool is_interrupted();
