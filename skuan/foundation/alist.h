@@ -39,7 +39,7 @@ public:
     template <typename... A>
     static EntryStruct* new_entry(A&&... args)
     {
-        // As heaps align; what the compiler takes for the highest alignment is more than 32-bit Windows gives.
+        // As heaps align; the compiler claims more than that for 32-bit Windows.
         static_assert(alignof(EntryStruct) <= 2 * sizeof(void*));
         void* const block = EntryPool::take();
         if (!block)
