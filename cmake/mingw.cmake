@@ -1,5 +1,5 @@
 # Builds for Windows on Linux, with the distribution's MinGW-w64. SKUAN_WIN_ARCH chooses the width:
-# i686 (default) or x86_64. CMAKE_PREFIX_PATH names the Qt that was built for the same width.
+# i686 (default, and the one that is tested) or x86_64. CMAKE_PREFIX_PATH names the Qt of the same width.
 if(NOT SKUAN_WIN_ARCH)
   set(SKUAN_WIN_ARCH i686)
 endif()
