@@ -20,7 +20,7 @@ from xml.sax.saxutils import unescape
 from model.clips import Clip, Clips, listed, parent
 from model.lists import KINDS, Lists
 from model.server import Server
-from model.stage import Watcher
+from model.stage import Refused, Watcher
 from model.texts import KeyedTexts
 from model.wire import GENERAL, OK, Client, X, error, reply, x
 
@@ -45,13 +45,18 @@ class World(Clips, Lists, KeyedTexts):
         spoiled = self.chance(0.05)
         kept = copy.deepcopy({**self.__dict__, "dice": None}) if spoiled else None
         interrupted = not self.plan or self.chance(0.1)
-        command, refusal = (self.one(*self.COMMANDS) if interrupted else self.plan.pop(0))(self)
-        double = re.match(r"(<\w+>)(<(\w+)>[^<]*</\3>)", command)
+        try:
+            (self.one(*self.COMMANDS) if interrupted else self.plan.pop(0))(self)
+            answer = OK
+        except Refused as refused:
+            answer = error(*refused.args)
+        double = re.match(r"(<\w+>)(<(\w+)>[^<]*</\3>)", self.command)
         if spoiled and double:  # its first argument stands there twice
-            self.__dict__.update(kept, dice=self.dice, probes=self.probes)
-            command, refusal = X(command.replace(double[0], double[0] + double[2], 1)), GENERAL
-        self.heard[self.who] += error(refusal) if refusal else OK
-        return command, [probe() for probe in self.probes]
+            command = X(self.command.replace(double[0], double[0] + double[2], 1))
+            self.__dict__.update(kept, dice=self.dice, probes=self.probes, command=command)
+            answer = error(GENERAL)
+        self.heard[self.who] += answer
+        return self.command, [about(*what) for about, *what in self.probes]
 
     def leave(self, who):
         self.heard = dict.fromkeys(CLIENTS, "")
@@ -70,7 +75,7 @@ class World(Clips, Lists, KeyedTexts):
         yield x("download_directory_names"), "".join(
             reply(x("directory_name", DirectoryName=name)) for name in sorted(self.directories)) + OK
         yield from map(self.about_clip, self.clips)
-        for kind, (word, tag) in enumerate(KINDS):
+        for kind, (word, tag, _) in enumerate(KINDS):
             yield x(f"download_{word}ids"), "".join(
                 reply(x(word + "id", **{tag + "ID": name})) for name in sorted(self.lists[kind])) + OK
             yield from (self.about_list(kind, name) for name in self.lists[kind])
@@ -81,17 +86,16 @@ class World(Clips, Lists, KeyedTexts):
     def register(self):
         """Registers, or ends a registration; whoever registers for a channel's list is told of it at once."""
         classes, on = self.watchers[self.who].classes, self.one(True, True, False)
-        name = self.one("clip_change", "directory_change", "playlist_change", "chaselist_change")
-        of_channel = self.one(True, False)
-        if of_channel:
-            name = f"{self.channel} {self.word}play"
-        (classes.add if on else classes.discard)(name)
-        verb = "register" if on else "unregister"
-        if not of_channel:
-            return x("report_" + verb, ReportType=name), None
-        if on:
-            self.heard[self.who] += self.about_loaded(self.kind, self.channel)[1][:-len(OK)]
-        return x("channel_report_" + verb, Channel=self.channel, ChannelReportType=self.word + "play"), None
+        verb, change = ("register", classes.add) if on else ("unregister", classes.discard)
+        if self.one(True, False):
+            name = self.one("clip_change", "directory_change", "playlist_change", "chaselist_change")
+            change(name)
+            self.command = x("report_" + verb, ReportType=name)
+        else:
+            change(f"{self.channel} {self.word}play")
+            self.command = x("channel_report_" + verb, Channel=self.channel, ChannelReportType=self.word + "play")
+            if on:
+                self.heard[self.who] += self.about_loaded(self.kind, self.channel)[1][:-len(OK)]
 
     COMMANDS = [
         Clips.create_clip, Clips.create_child, Clips.delete_clip, Clips.rename_clip, Clips.rename_clip,
@@ -99,7 +103,8 @@ class World(Clips, Lists, KeyedTexts):
         Clips.use_clip, Lists.save_start, Lists.save_element, Lists.save_end, Lists.rename_list, Lists.delete_list,
         Lists.load_list, Lists.unload_list, Lists.insert, Lists.remove, Lists.modify_item, Lists.clear_modified,
         Lists.reorder_start, Lists.reorder_item, Lists.reorder_finish, *[KeyedTexts.metadata_set] * 2,
-        KeyedTexts.metadata_erase, *[KeyedTexts.watch_metadata] * 4, *[KeyedTexts.userdict] * 6, register, register,
+        *[KeyedTexts.metadata_erase] * 3, *[KeyedTexts.watch_metadata] * 4, *[KeyedTexts.userdict] * 6,
+        *[register] * 2,
     ]
     # What makes sense only in a row.
     PLANS = [

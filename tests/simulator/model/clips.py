@@ -29,8 +29,8 @@ class Clip(dict):
         ClipFileType""".split()
     metadata = None  # none was ever set
 
-    def set(self, tag, value):
-        self[tag] = x(tag, *(value if isinstance(value, list) else [value]))
+    def set(self, tag, *content):
+        self[tag] = x(tag, *content)
 
     def number(self, tag):
         return int(re.sub(r"<.*?>", "", self[tag]))
@@ -72,7 +72,7 @@ class Clips(Stage):
 
     def touch(self, *names):
         for name in names:
-            self.probes += [lambda n=name: self.about_clip(n), lambda n=name: self.about_directory(parent(n))]
+            self.probes += (self.about_clip, name), (self.about_directory, parent(name))
 
     def make_directories(self, name):
         if name and name not in self.directories:
@@ -80,16 +80,20 @@ class Clips(Stage):
             self.directories.add(name)
             self.tell("directory_change", x("directory_created", DirectoryName=name))
 
-    def unchangeable(self, name):
-        return NO_CLIP if name not in self.clips else "true" in self.clips[name]["ReadOnly"] and GENERAL
+    def need_changeable(self, name):
+        self.need(name in self.clips, NO_CLIP)
+        self.need("true" not in self.clips[name]["ReadOnly"])
 
-    def unmovable(self, name):
-        return self.unchangeable(name) or name in self.used.values() and GENERAL
+    def need_movable(self, name):
+        self.need_changeable(name)
+        self.need(name not in self.used.values())
+
+    def need_free(self, name):
+        self.need(is_name(name) and name not in self.clips)
 
     def add(self, name, clip):
         self.touch(name)
-        if not is_name(name) or name in self.clips:
-            return GENERAL
+        self.need_free(name)
         self.make_directories(parent(name))
         self.last_uuid += 1
         clip.set("ClipUUID", f"new {self.last_uuid}")
@@ -105,42 +109,40 @@ class Clips(Stage):
     def create_clip(self):
         name, length = self.any_name(), self.one(None, 1, 100, 1500)
         types = [t for t in ("video", "key", "audio", "timecode") if self.chance(0.5)]
+        self.command = x("create_clip", ClipID=name, TrackSet=[x("TrackType", t) for t in types], ClipLength=length)
         clip = Clip(self.fresh_clip)
         clip.set("ClipLengthUntrimmed", length or 0)
-        tracks = sum(([t] * (8 if t == "audio" else 1) for t in types), [])
-        clip.set("TrackInfoVector", [x("TrackInfo", TrackType=t) for t in tracks])
-        command = x("create_clip", ClipID=name, TrackSet=[x("TrackType", t) for t in types], ClipLength=length)
-        return command, self.add(name, clip)
+        tracks = sum(([x("TrackInfo", TrackType=t)] * (8 if t == "audio" else 1) for t in types), [])
+        clip.set("TrackInfoVector", *tracks)
+        self.add(name, clip)
 
     def create_child(self):
         name, of, angle = self.any_name(), self.any_clip(), self.one(None, 2)
-        command = x("create_child_clip", ClipID=name, ParentClipID=of, Angle=angle)
-        if of not in self.clips:
-            return command, NO_CLIP
+        self.command = x("create_child_clip", ClipID=name, ParentClipID=of, Angle=angle)
+        self.need(of in self.clips, NO_CLIP)
         clip = copy.deepcopy(self.clips[of])
         clip["ParentUUID"] = X(clip["ClipUUID"].replace("ClipUUID", "ParentUUID"))
         clip.set("ReadOnly", "false")
         if angle:
             clip.set("Angle", angle)
-        return command, self.add(name, clip)
+        self.add(name, clip)
 
     def delete_clip(self):
         name = self.any_clip()
+        self.command = x("delete_clip", ClipID=name)
         self.touch(name)
-        why = self.unmovable(name)
-        if not why:
-            del self.clips[name]
-            self.tell("clip_change", x("clip_deleted", ClipID=name))
-        return x("delete_clip", ClipID=name), why
+        self.need_movable(name)
+        del self.clips[name]
+        self.tell("clip_change", x("clip_deleted", ClipID=name))
 
     def rename_clip(self):
         name, to = self.any_clip(), self.any_name()
+        self.command = x("rename_clip", FromID=name, ToID=to)
         self.touch(name, to)
-        why = self.unmovable(name) or (not is_name(to) or to in self.clips) and GENERAL
-        if not why:
-            self.make_directories(parent(to))
-            self.move({name: to})
-        return x("rename_clip", FromID=name, ToID=to), why
+        self.need_movable(name)
+        self.need_free(to)
+        self.make_directories(parent(to))
+        self.move({name: to})
 
     ATTRIBUTES = {
         "Title": [kept(x("Title", 'A & "B"')), kept(x("Title"))],
@@ -156,18 +158,17 @@ class Clips(Stage):
 
     def modify_clip(self):
         name = self.any_clip()
-        sent, change = self.any_record("ClipAttrChange", self.ATTRIBUTES)
         pairs = [(self.one("k", "l", ""), self.one("1", "two words", "")) for _ in range(self.dice.randrange(4))]
         keys = self.dice.sample(["k", "l", "none"], self.dice.randrange(3))
-        if pairs or keys:
-            sent = x("ClipAttrChange", X(re.sub("</?ClipAttrChange/?>", "", sent)),
-                     KeyList=[x("Key", key) for key in keys],
-                     MetadataList=[x("Metadata", Value=value, Key=key) for key, value in pairs])
-        command = x("modify_clip_attributes", x("ClipID", name), sent)
+        lists = {"KeyList": [kept(x("KeyList", *(x("Key", key) for key in keys)))],
+                 "MetadataList": [kept(x("MetadataList", *(x("Metadata", Value=v, Key=k) for k, v in pairs)))]}
+        if not pairs and not keys:
+            lists = {}
+        sent, change = self.any_record("ClipAttrChange", {**self.ATTRIBUTES, **lists}, lists)
+        self.command = x("modify_clip_attributes", x("ClipID", name), sent)
         self.touch(name)
-        why = GENERAL if change is None else self.unchangeable(name)
-        if why:
-            return command, why
+        self.need(change is not None)
+        self.need_changeable(name)
         clip = copy.deepcopy(self.clips[name])
         clip.update(change)
         if pairs or keys:
@@ -177,44 +178,42 @@ class Clips(Stage):
             clip.metadata[key] = value
         for key in keys:  # even if the same command sets it
             clip.metadata.pop(key, None)
-        if clip.number("TrimStart") + clip.number("TrimEnd") > clip.number("ClipLengthUntrimmed"):
-            return command, GENERAL
+        self.need(clip.number("TrimStart") + clip.number("TrimEnd") <= clip.number("ClipLengthUntrimmed"))
         self.clips[name] = clip
         self.tell("clip_change", x("clip_changed", ClipID=name))
-        return command, None
 
     def create_directory(self):
         name = parent(self.any_name())
-        self.probes.append(lambda: self.about_directory(name))
-        if not is_name(name) or name in self.directories:
-            return x("create_directory", x("DirectoryName", name)), GENERAL
+        self.command = x("create_directory", x("DirectoryName", name))
+        self.probes.append((self.about_directory, name))
+        self.need(is_name(name) and name not in self.directories)
         self.make_directories(name)
-        return x("create_directory", DirectoryName=name), None
 
     def rename_dir(self):
         name, to = parent(self.any_clip()), parent(self.any_name())
-        self.probes += [lambda: self.about_directory(name), lambda: self.about_directory(to)]
+        self.command = x("rename_dir", FromDir=name, ToDir=to)
+        self.probes += (self.about_directory, name), (self.about_directory, to)
         named = (clip for clip in sorted(self.clips, key=listed) if clip.startswith(name + "/"))
         clips = {clip: to + clip[len(name):] for clip in named}
         nested = [name] + sorted(d for d in self.directories if d.startswith(name + "/"))
-        command = x("rename_dir", FromDir=name, ToDir=to)
-        if (name not in self.directories or not is_name(to) or to.startswith(name + "/") or to in self.directories
-                or any(self.unmovable(clip) or not is_name(clips[clip]) for clip in clips)):
-            return command, GENERAL
+        self.need(name in self.directories and is_name(to) and to not in self.directories
+                  and not to.startswith(name + "/") and all(map(is_name, clips.values())))
+        for clip in clips:
+            self.need_movable(clip)
         self.directories -= set(nested)
         self.tell("directory_change", *(x("directory_deleted", DirectoryName=d) for d in nested))
         self.make_directories(parent(to))
         for directory in nested:
             self.make_directories(to + directory[len(name):])
         self.move(clips)
-        return command, None
 
     def use_clip(self):
         """A clip on a channel can neither go nor get another name."""
         channel, name = self.one("K", "L"), self.any_clip()
         if self.one(True, False):
+            self.command = x("unload", Channel=channel)
             self.used.pop(channel, None)
-            return x("unload", Channel=channel), None
-        if name in self.clips:
+        else:
+            self.command = x("cue_clip", Channel=channel, ClipID=name)
+            self.need(name in self.clips, NO_CLIP)
             self.used[channel] = name
-        return x("cue_clip", Channel=channel, ClipID=name), None if name in self.clips else NO_CLIP

@@ -3,7 +3,7 @@
 from model.stage import Stage, kept
 from model.wire import GENERAL, OK, X, error, reply, x
 
-KINDS = (("list", "List"), ("chase", "Chase"))
+KINDS = (("list", "List", "playlist"), ("chase", "Chase", "chaselist"))  # in commands, in tags, saved
 
 
 class Lists(Stage):
@@ -14,7 +14,7 @@ class Lists(Stage):
     def choose(self):
         """The kind and the channel that the next commands are about."""
         self.kind, self.channel = self.dice.randrange(2), self.one("A", "B")
-        self.word, self.tag = KINDS[self.kind]
+        self.word, self.tag, self.saved = KINDS[self.kind]
 
     ELEMENT = {
         "ContentID": [kept(x("ContentID", ClipID="a b")), kept(x("ContentID", VClipID="")), (X(""), None)],
@@ -49,14 +49,14 @@ class Lists(Stage):
         return x(KINDS[kind][1] + "Element", *(element[field] for field in order if field in element))
 
     def about_list(self, kind, name):
-        word, tag = KINDS[kind]
+        word, tag, _ = KINDS[kind]
         elements = self.lists[kind].get(name)
         return x("download_" + word, x(tag + "ID", name)), error(GENERAL) if elements is None else "".join(
             reply(x(word + "_element", self.element(kind, element))) for element in elements) + OK
 
     def described(self, kind, channel):
         """What the reports of a channel's list say when they tell all of it."""
-        word, tag = KINDS[kind]
+        word, tag, _ = KINDS[kind]
         loaded = self.loaded[kind].get(channel)
 
         def report(what, *fields):
@@ -75,21 +75,19 @@ class Lists(Stage):
                 report("modified", x("ModifiedFlag", loaded["modified"]))]
 
     def about_loaded(self, kind, channel):
-        return (x("channel_report_register", Channel=channel, ChannelReportType=("listplay", "chaseplay")[kind]),
+        return (x("channel_report_register", Channel=channel, ChannelReportType=KINDS[kind][0] + "play"),
                 "".join(x("report", report) for report in self.described(kind, channel)) + OK)
 
     def tell_list(self, what, *fields):
-        report = x(f"channel_{self.word}play_{what}", x("Channel", self.channel), *fields)
-        self.tell(f"{self.channel} {self.word}play", report)
+        self.tell_of_list(x(f"channel_{self.word}play_{what}", x("Channel", self.channel), *fields))
+
+    def tell_of_list(self, *reports):
+        self.tell(f"{self.channel} {self.word}play", *reports)
 
     @staticmethod
     def first_of(loaded):
         """Which is the next one of a play list that is not on the air."""
         return x("ListPlaybackIndex", ListIndex=0 if loaded["elements"] else None)
-
-    def tell_next(self, before):
-        if self.kind == 0 and before != self.first_of(self.list()):
-            self.tell_list("air_next", self.first_of(self.list()))
 
     def tell_modified(self, flag="modified"):
         if self.list()["modified"] != flag:
@@ -97,123 +95,104 @@ class Lists(Stage):
             self.tell_list("modified", x("ModifiedFlag", flag))
 
     def tell_saved(self, what, name):
-        saved = ("playlist", "chaselist")[self.kind]
-        self.tell(saved + "_change", x(f"{saved}_{what}", x(self.tag + "ID", name)))
+        self.tell(self.saved + "_change", x(f"{self.saved}_{what}", x(self.tag + "ID", name)))
 
     def edit(self, what, *fields):
         """A command about the list on the channel, which is looked at afterwards."""
-        kind, channel = self.kind, self.channel
-        self.probes.append(lambda: self.about_loaded(kind, channel))
-        return x(self.word + what, x("Channel", channel), *fields)
+        self.probes.append((self.about_loaded, self.kind, self.channel))
+        self.command = x(self.word + what, x("Channel", self.channel), *fields)
 
     def save_start(self):
         name = self.any_id()
-        if name:
-            self.watchers[self.who].drafts[self.kind] = (name, [])
-        return x(self.word + "_save_start", x(self.tag + "ID", name)), None if name else GENERAL
+        self.command = x(self.word + "_save_start", x(self.tag + "ID", name))
+        self.need(name)
+        self.watchers[self.who].drafts[self.kind] = (name, [])
 
     def save_element(self):
         sent, element = self.any_element()
         draft = self.watchers[self.who].drafts[self.kind]
-        if draft and element:
-            draft[1].append(element)
-        return x(self.word + "_save_element", sent), None if draft and element else GENERAL
+        self.command = x(self.word + "_save_element", sent)
+        self.need(draft and element)
+        draft[1].append(element)
 
     def save_end(self):
         drafts = self.watchers[self.who].drafts
         draft, drafts[self.kind] = drafts[self.kind], None
-        if draft:
-            kind, (name, elements) = self.kind, draft
-            self.tell_saved("changed" if name in self.lists[kind] else "created", name)
-            self.lists[kind][name] = elements
-            self.probes.append(lambda: self.about_list(kind, name))
-        return x(self.word + "_save_end"), None if draft else GENERAL
+        self.command = x(self.word + "_save_end")
+        self.need(draft)
+        name, elements = draft
+        self.tell_saved("changed" if name in self.lists[self.kind] else "created", name)
+        self.lists[self.kind][name] = elements
+        self.probes.append((self.about_list, self.kind, name))
 
     def rename_list(self):
         name, to, lists = self.any_id(), self.one("night", self.any_id()), self.lists[self.kind]
-        command = x(self.word + "_rename", x(self.tag + "FromID", name), x(self.tag + "ToID", to))
-        if name not in lists or to in lists or not to:
-            return command, GENERAL
+        self.command = x(self.word + "_rename", x(self.tag + "FromID", name), x(self.tag + "ToID", to))
+        self.need(name in lists and to and to not in lists)
         lists[to] = lists.pop(name)
         self.tell_saved("deleted", name)
         self.tell_saved("created", to)
-        return command, None
 
     def delete_list(self):
         name = self.any_id()
-        gone = self.lists[self.kind].pop(name, None)
-        if gone is not None:
-            self.tell_saved("deleted", name)
-        return x(self.word + "_delete", x(self.tag + "ID", name)), None if gone is not None else GENERAL
+        self.command = x(self.word + "_delete", x(self.tag + "ID", name))
+        self.need(name in self.lists[self.kind])
+        del self.lists[self.kind][name]
+        self.tell_saved("deleted", name)
 
     def load_list(self):
         name = self.any_id()
-        command = self.edit("_load", x(self.tag + "ID", name))
-        if name not in self.lists[self.kind]:
-            return command, GENERAL
+        self.edit("_load", x(self.tag + "ID", name))
+        self.need(name in self.lists[self.kind])
         if self.list():
             self.tell_list("clear_all")
         elements = list(self.lists[self.kind][name])
         self.loaded[self.kind][self.channel] = {"id": name, "modified": "unmodified", "elements": elements}
-        self.tell(f"{self.channel} {self.word}play", *self.described(self.kind, self.channel))
-        return command, None
+        self.tell_of_list(*self.described(self.kind, self.channel))
 
     def unload_list(self):
-        loaded = self.loaded[self.kind].pop(self.channel, None)
-        if loaded:
-            self.tell_list("unloaded")
-        return self.edit("_unload"), None if loaded else GENERAL
+        self.edit("_unload")
+        self.need(self.list())
+        del self.loaded[self.kind][self.channel]
+        self.tell_list("unloaded")
+
+    def edit_item(self, verb, report, taken, sent="", change=()):
+        """So many elements make room for one, which is the old one with a change; for none if nothing is sent."""
+        at, loaded = self.any_index(), self.list()
+        self.edit(verb, x(self.tag + "Index", at), sent)
+        self.need(change is not None and loaded and at + taken <= len(loaded["elements"]))
+        first, old = self.first_of(loaded), loaded["elements"][at:at + taken]
+        loaded["elements"][at:at + taken] = new = [dict(*old, **change)] if sent else []
+        self.tell_list(report, x(self.tag + "Index", at), *(self.element(self.kind, element) for element in new))
+        if self.kind == 0 and first != self.first_of(loaded):
+            self.tell_list("air_next", self.first_of(loaded))
+        self.tell_modified()
 
     def insert(self):
-        at, (sent, element), loaded = self.any_index(), self.any_element(), self.list()
-        command = self.edit("_insert", x(self.tag + "Index", at), sent)
-        if not loaded or not element or at > len(loaded["elements"]):
-            return command, GENERAL
-        first = self.first_of(loaded)
-        loaded["elements"].insert(at, element)
-        self.tell_list("item_insert", x(self.tag + "Index", at), self.element(self.kind, element))
-        self.tell_next(first)
-        self.tell_modified()
-        return command, None
+        self.edit_item("_insert", "item_insert", 0, *self.any_element())
 
     def remove(self):
-        at, loaded = self.any_index(), self.list()
-        command = self.edit("_remove_item", x(self.tag + "Index", at))
-        if not loaded or at >= len(loaded["elements"]):
-            return command, GENERAL
-        first = self.first_of(loaded)
-        del loaded["elements"][at]
-        self.tell_list("item_remove", x(self.tag + "Index", at))
-        self.tell_next(first)
-        self.tell_modified()
-        return command, None
+        self.edit_item("_remove_item", "item_remove", 1)
 
     def modify_item(self):
-        at, loaded = self.any_index(), self.list()
-        sent, change = self.any_record(self.tag + "ElementChange", self.CHANGE[self.kind])
-        command = self.edit("_play_modify_item", x(self.tag + "Index", at), sent)
-        if change is None or not loaded or at >= len(loaded["elements"]):
-            return command, GENERAL
-        loaded["elements"][at] = {**loaded["elements"][at], **change}
-        self.tell_list("item_exists", x(self.tag + "Index", at), self.element(self.kind, loaded["elements"][at]))
-        self.tell_modified()
-        return command, None
+        change = self.any_record(self.tag + "ElementChange", self.CHANGE[self.kind])
+        self.edit_item("_play_modify_item", "item_exists", 1, *change)
 
     def clear_modified(self):
-        if self.list():
-            self.tell_modified("unmodified")
-        return self.edit("_play_clear_modified"), None if self.list() else GENERAL
+        self.edit("_play_clear_modified")
+        self.need(self.list())
+        self.tell_modified("unmodified")
 
     def reorder_start(self):
-        if self.list():
-            self.watchers[self.who].reorderings[self.kind] = (self.channel, set())
-        return self.edit("_play_reorder_start"), None if self.list() else GENERAL
+        self.edit("_play_reorder_start")
+        self.need(self.list())
+        self.watchers[self.who].reorderings[self.kind] = (self.channel, set())
 
     def reorder_item(self):
         at, reordering = self.any_index(), self.watchers[self.who].reorderings[self.kind]
-        if reordering:
-            reordering[1].add(at)
-        return x(self.word + "_play_reorder_item", x(self.tag + "Index", at)), None if reordering else GENERAL
+        self.command = x(self.word + "_play_reorder_item", x(self.tag + "Index", at))
+        self.need(reordering)
+        reordering[1].add(at)
 
     def reorder_finish(self):
         """What was picked moves, in the order it stands in, before the element that the finish names."""
@@ -221,13 +200,11 @@ class Lists(Stage):
         (channel, picked), reorderings[self.kind] = reorderings[self.kind] or (None, None), None
         self.channel = channel or self.channel
         at, loaded = self.any_index(), self.list()
-        self.edit("")
-        command = x(self.word + "_play_reorder_finish", x(self.tag + "Index", at))
-        if not channel or not loaded or max(picked | {at - 1}) >= len(loaded["elements"]):
-            return command, GENERAL
+        self.probes.append((self.about_loaded, self.kind, self.channel))
+        self.command = x(self.word + "_play_reorder_finish", x(self.tag + "Index", at))
+        self.need(channel and loaded and max(picked | {at - 1}) < len(loaded["elements"]))
         rank = {i: (1 if i in picked else 0 if i < at else 2, i) for i in range(len(loaded["elements"]))}
         loaded["elements"] = [loaded["elements"][i] for i in sorted(rank, key=rank.get)]
         loaded["modified"] = "modified"
         self.tell_list("clear_all")
-        self.tell(f"{channel} {self.word}play", *self.described(self.kind, channel))
-        return command, None
+        self.tell_of_list(*self.described(self.kind, channel))

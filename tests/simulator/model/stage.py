@@ -1,6 +1,10 @@
 """What the families of the model stand on: what the server remembers of each client, dice, and who is told."""
 
-from model.wire import x
+from model.wire import GENERAL, x
+
+
+class Refused(Exception):
+    """With the code of the error that answers the command."""
 
 
 class Watcher:
@@ -12,12 +16,19 @@ class Watcher:
 
 
 class Stage:
-    """The present command: who gives it, what each client must hear of it, and what to ask afterwards."""
+    """The present command: who gives it, what each client must hear of it, and what to ask afterwards, as functions
+    that give a question and its answer, with their arguments. A method for a command sets it, says what it needs,
+    and only then changes anything."""
 
     def __init__(self, dice, clients):
         self.dice = dice
         self.watchers = {who: Watcher() for who in clients}
-        self.who, self.heard, self.probes = None, {}, []
+        self.who, self.command, self.heard, self.probes = None, "", {}, []
+
+    @staticmethod
+    def need(condition, refusal=GENERAL):
+        if not condition:
+            raise Refused(refusal)
 
     def one(self, *choices):
         return self.dice.choice(choices)
@@ -36,10 +47,13 @@ class Stage:
         self.dice.shuffle(sent)
         return x(tag, *sent), kept
 
-    def tell(self, report_class, *reports):
+    def tell_where(self, watches, *reports):
         for who, watcher in self.watchers.items():
-            if report_class in watcher.classes:
+            if watches(watcher):
                 self.heard[who] += "".join(x("report", report) for report in reports)
+
+    def tell(self, report_class, *reports):
+        self.tell_where(lambda watcher: report_class in watcher.classes, *reports)
 
 
 def kept(element):

@@ -17,7 +17,7 @@ class KeyedTexts(Stage):
 
     def any_place(self):
         database, prefix = self.one(*self.metadata), self.one("", "", "a", "a.", "zz")
-        self.probes += [lambda: self.about_metadata(database), lambda: self.about_metadata(database, prefix)]
+        self.probes += (self.about_metadata, database), (self.about_metadata, database, prefix)
         return database, prefix, {"MetadataDatabase": database, "MetadataPrefix": prefix or self.one(None, "")}
 
     def about_metadata(self, database, prefix=""):
@@ -32,55 +32,54 @@ class KeyedTexts(Stage):
         told = "" if value is None else x("report", x("userdict_change", Key=key, Value=value))
         return x("userdict_watch", Key=key), told + OK
 
-    def tell_metadata(self, report, tag, database, parts):
+    def tell_metadata(self, report, tag, database, changes):
         """Each client is told of what begins with a prefix that it watches, without that."""
         watched = set().union(*(watcher.prefixes for watcher in self.watchers.values()))
         for prefix in sorted(p for d, p in watched if d == database):
-            covered = [part(key[len(prefix):]) for key, part in parts if key.startswith(prefix)]
-            told = x("report", x(report, MetadataDatabase=database, MetadataPrefix=prefix, **{tag: covered}))
-            for who, watcher in self.watchers.items():
-                if covered and (database, prefix) in watcher.prefixes:
-                    self.heard[who] += told
+            covered = [change(key[len(prefix):]) for key, change in changes if key.startswith(prefix)]
+            self.tell_where(lambda watcher: covered and (database, prefix) in watcher.prefixes,
+                            x(report, MetadataDatabase=database, MetadataPrefix=prefix, **{tag: covered}))
 
     def metadata_set(self):
         database, prefix, place = self.any_place()
         many = self.chance(0.1)  # more than fit into one reply
         pairs = [(f"many{i}" if many else self.any_key(), self.any_value()) for i in range(60 if many else 3)]
+        self.command = x("metadata_set", **place, MetadataList=[x("Metadata", Value=v, Key=k) for k, v in pairs])
         self.metadata[database].update((prefix + key, value) for key, value in pairs)
         self.tell_metadata("metadata_change", "MetadataList", database, [
             (prefix + key, lambda rest, v=value: x("Metadata", Key=rest, Value=v)) for key, value in pairs])
-        return x("metadata_set", **place, MetadataList=[x("Metadata", Value=v, Key=k) for k, v in pairs]), None
 
     def metadata_erase(self):
         database, prefix, place = self.any_place()
-        keys = [self.any_key() for _ in range(3)]
+        present = [key[len(prefix):] for key in sorted(self.metadata[database]) if key.startswith(prefix)]
+        keys = [self.one(self.any_key(), *present) for _ in range(3)]
+        self.command = x("metadata_erase", **place, KeyList=[x("Key", key) for key in keys])
         gone = [key for key in keys if self.metadata[database].pop(prefix + key, None) is not None]
         self.tell_metadata("metadata_remove", "KeyList", database, [
             (prefix + key, lambda rest: x("Key", rest)) for key in gone])
-        return x("metadata_erase", **place, KeyList=[x("Key", key) for key in keys]), None
 
     def watch_metadata(self):
         database, prefix, place = self.any_place()
-        watcher = self.watchers[self.who]
+        watched = self.watchers[self.who].prefixes
         if self.one(True, False):
-            watcher.prefixes = {(d, p) for d, p in watcher.prefixes if d != database}
-            return x("unwatch_metadata_database", MetadataDatabase=database), None
-        watcher.prefixes.add((database, prefix))
-        return x("watch_metadata_database", **place), None
+            self.command = x("unwatch_metadata_database", MetadataDatabase=database)
+            watched -= {(d, p) for d, p in watched if d == database}
+        else:
+            self.command = x("watch_metadata_database", **place)
+            watched.add((database, prefix))
 
     def set_key(self, key, value):
         self.dictionary[key] = value
         self.tell_key(key, value)
 
     def tell_key(self, key, value):
-        for who, watcher in self.watchers.items():
-            if key in watcher.keys:
-                self.heard[who] += x("report", x("userdict_change", Key=key, Value=value))
+        self.tell_where(lambda watcher: key in watcher.keys, x("userdict_change", Key=key, Value=value))
 
     def userdict(self):
         key, value, watcher = self.one("a", "", "two words"), self.any_value(), self.watchers[self.who]
         what = self.one("set", "set", "own", "erase", "watch", "watch", "unwatch")
-        self.probes.append(lambda: self.about_key(key))
+        self.command = x("userdict_" + what, Key=key, Value=value if what in ("set", "own") else None)
+        self.probes.append((self.about_key, key))
         if what == "set":
             self.set_key(key, value)
         elif what == "own":  # is set when the client goes
@@ -92,4 +91,3 @@ class KeyedTexts(Stage):
             self.heard[self.who] += self.about_key(key)[1][:-len(OK)]
         elif what == "unwatch":
             watcher.keys.discard(key)
-        return x("userdict_" + what, Key=key, Value=value if what in ("set", "own") else None), None
