@@ -2,6 +2,8 @@
 // `cue_clip Channel=A ClipID='a b' BlackOnCue`, with children in parentheses as in `EEStatus(AutoEE=true)`.
 #pragma once
 
+#include <simulator/element.h>
+
 #include <QByteArray>
 #include <QRegularExpression>
 #include <QXmlStreamReader>
@@ -11,21 +13,41 @@
 namespace compact {
 
 /// One element and all in it; the reader stands at its start.
-inline QString from_element(QXmlStreamReader& reader)
+inline simulator::Element read(QXmlStreamReader& reader)
 {
-    static const QRegularExpression separator(QStringLiteral("[ ()']"));
-    const QString name = reader.name().toString();
-    QString text;
-    QStringList children;
+    simulator::Element element(reader.name().toString());
     while (!reader.atEnd() && reader.readNext() != QXmlStreamReader::EndElement) {
         if (reader.isStartElement())
-            children += from_element(reader);
+            element.children.push_back(read(reader));
         else if (reader.isCharacters())
-            text += reader.text();
+            element.text += reader.text();
     }
+    return element;
+}
+
+inline QString from_element(const simulator::Element& element)
+{
+    static const QRegularExpression separator(QStringLiteral("[ ()']"));
+    QStringList children;
+    for (const simulator::Element& child : element.children)
+        children += from_element(child);
     if (!children.isEmpty())
-        return name + "(" + children.join(" ") + ")";
-    return text.isEmpty() ? name : name + "=" + (text.contains(separator) ? "'" + text + "'" : text);
+        return element.tag + "(" + children.join(" ") + ")";
+    const QString& text = element.text;
+    return text.isEmpty() ? element.tag
+                          : element.tag + "=" + (text.contains(separator) ? "'" + text + "'" : text);
+}
+
+/// A whole message, around which parentheses would only be in the way.
+inline QString from_message(const simulator::Element& message)
+{
+    QString line = from_element(message);
+    const int inside = line.indexOf(QLatin1Char('('));
+    if (!message.children.empty()) {
+        line[inside] = QLatin1Char(' ');
+        line.chop(1);
+    }
+    return line;
 }
 
 /// Each reply and report of a stream on a line of its own, reports with a star. xids are left out.
@@ -41,13 +63,7 @@ inline std::string from_stream(const QByteArray& bytes)
                 reader.skipCurrentElement();
                 continue;
             }
-            QString line = from_element(reader);
-            const int inside = line.indexOf(QLatin1Char('('));
-            if (inside >= 0) { // of the message itself they would only be in the way
-                line[inside] = QLatin1Char(' ');
-                line.chop(1);
-            }
-            lines += (is_report ? "* " : "< ") + line + "\n";
+            lines += (is_report ? "* " : "< ") + from_message(read(reader)) + "\n";
         }
     }
     return lines.toStdString();

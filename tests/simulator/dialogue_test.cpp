@@ -1,9 +1,9 @@
 // What the server keeps, answers and reports: plays the dialogues in dialogues/. There, `1> ...` is a command
-// of the client 1, and what each client gets because of it follows, replies as `1< ...`, reports as `1* ...`.
+// of the client 1, and what each client gets because of it follows: replies as `1< ...`, but a lone `ok` at
+// the end goes without saying; reports as `1* ...`, and those of channel A as `1* A status ...; speed ...`.
 // `1> control ...` is a line of the control language, with its answer as `1= ...`. Time stands still but for
-// `1> step N`, which lets N fields pass. With SKUAN_RENEW_DIALOGUES set, what
-// really comes is written over what was expected, for a person to read.
-#include "compact.h"
+// `1> step N`, which lets N fields pass. With SKUAN_RENEW_DIALOGUES set, what really comes is written over
+// what was expected, for a person to read.
 #include "plain_client.h"
 
 #include <QDir>
@@ -30,7 +30,7 @@ public:
             written += line + "\n" + play(line[0], QString::fromStdString(line.substr(3)));
             for (auto& [name, client] : clients_) // whatever the command makes others hear is on its way
                 if (name != line[0])
-                    written += hear(name, *client, cmd("end", "<sync/>"));
+                    written += told(name, client->hear());
         }
         return written;
     }
@@ -48,7 +48,7 @@ private:
             client = std::make_unique<PlainClient>(station_);
         if (command.startsWith("step ")) {
             station_->step(command.mid(5).toULongLong());
-            return hear(name, *client, cmd("end", "<sync/>"));
+            return told(name, client->hear());
         }
         if (command.startsWith("control ")) {
             QString error;
@@ -56,21 +56,39 @@ private:
             std::string written;
             for (const QString& line : (answer + error).split('\n', Qt::SkipEmptyParts))
                 written += std::string(1, name) + "= " + line.toStdString() + "\n";
-            return written + hear(name, *client, cmd("end", "<sync/>"));
+            return written + told(name, client->hear());
         }
-        return hear(name, *client, cmd("x", compact::to_command(command)) + cmd("end", "<sync/>"));
+        const std::string answer = told(name, client->hear(cmd("x", compact::to_command(command))));
+        const std::string reply{name, '<'}, ok = reply + " ok\n";
+        const auto first = answer.find(reply);
+        if (first == std::string::npos)
+            return answer + reply + " nothing\n";
+        return first + ok.size() == answer.size() ? answer.substr(0, first) : answer;
     }
 
-    static std::string hear(char name, PlainClient& client, const QByteArray& commands)
+    static std::string told(char name, const QByteArray& heard)
     {
-        client.send(commands);
-        const QByteArray end = reply("end", "<ok/>");
-        QByteArray heard = client.read_until([&](const QByteArray& bytes) { return bytes.endsWith(end); });
-        heard.chop(end.size());
-        std::istringstream messages(compact::from_stream(heard));
+        static const QRegularExpression of_channel(QStringLiteral("^\\* channel_(\\w+) Channel=(\\w)(.*)$"));
+        constexpr int readable = 110;
+        QStringList lines;
+        for (QString line :
+             QString::fromStdString(compact::from_stream(heard)).split('\n', Qt::SkipEmptyParts)) {
+            const auto match = of_channel.match(line);
+            if (match.hasMatch()) {
+                const QString start = "* " + match.captured(2) + " ",
+                              report = match.captured(1) + match.captured(3);
+                if (!lines.isEmpty() && lines.last().startsWith(start) &&
+                    lines.last().size() + report.size() < readable) {
+                    lines.last() += "; " + report;
+                    continue;
+                }
+                line = start + report;
+            }
+            lines += line;
+        }
         std::string written;
-        for (std::string message; std::getline(messages, message);)
-            written += name + message + "\n";
+        for (const QString& line : lines)
+            written += name + line.toStdString() + "\n";
         return written;
     }
 

@@ -1,6 +1,8 @@
 // A client of a few lines on a plain socket, so that nothing of ours stands between test and server.
 #pragma once
 
+#include "compact.h"
+
 #include <support/program.h>
 #include <support/station.h>
 
@@ -22,6 +24,16 @@ bool wait_until(Condition condition)
     return true;
 }
 
+/// A whole command, and a whole reply as the server writes it.
+inline QByteArray cmd(const QByteArray& xid, const QByteArray& body)
+{
+    return "<cmd>\r\n<xid>" + xid + "</xid>\r\n" + body + "\r\n</cmd>";
+}
+inline QByteArray reply(const QByteArray& xid, const QByteArray& body)
+{
+    return "<reply>\r\n<xid>" + xid + "</xid>\r\n" + body + "\r\n</reply>\r\n";
+}
+
 class SimulatorTest : public testing::Test
 {
 protected:
@@ -32,9 +44,13 @@ class PlainClient
 {
 public:
     explicit PlainClient(const support::Station& station)
+        : PlainClient(station.address().toString(), station->port())
     {
-        socket.connectToHost(station.address(), station->port());
-        EXPECT_TRUE(socket.waitForConnected(patience_ms)) << qPrintable(station->place());
+    }
+    explicit PlainClient(const QString& address, quint16 port = 8913)
+    {
+        socket.connectToHost(address, port);
+        EXPECT_TRUE(socket.waitForConnected(patience_ms)) << qPrintable(address);
         socket.setSocketOption(QAbstractSocket::LowDelayOption, 1);
     }
 
@@ -72,6 +88,20 @@ public:
         send(message);
         return read_replies(replies);
     }
+    /// All that comes until the server has done these commands.
+    QByteArray hear(const QByteArray& commands = {})
+    {
+        const QByteArray end = reply("end", "<ok/>");
+        send(commands + cmd("end", "<sync/>"));
+        QByteArray heard = read_until([&](const QByteArray& bytes) { return bytes.endsWith(end); });
+        heard.chop(end.size());
+        return heard;
+    }
+    /// The same of one command, both in the short form of compact.h.
+    std::string ask_short(const QString& command)
+    {
+        return compact::from_stream(hear(cmd("x", compact::to_command(command))));
+    }
     bool is_closed()
     {
         return socket.state() == QAbstractSocket::UnconnectedState || socket.waitForDisconnected(patience_ms);
@@ -79,16 +109,6 @@ public:
 
     QTcpSocket socket;
 };
-
-/// A whole command, and a whole reply as the server writes it.
-inline QByteArray cmd(const QByteArray& xid, const QByteArray& body)
-{
-    return "<cmd>\r\n<xid>" + xid + "</xid>\r\n" + body + "\r\n</cmd>";
-}
-inline QByteArray reply(const QByteArray& xid, const QByteArray& body)
-{
-    return "<reply>\r\n<xid>" + xid + "</xid>\r\n" + body + "\r\n</reply>\r\n";
-}
 
 /// Questions for the server's name, with the xids `from` to `to`, and the answers to them.
 inline QByteArray names(int from, int to)

@@ -144,12 +144,8 @@ TEST_F(ServerTest, TheProgramServesUntilItIsAskedToEnd)
         ASSERT_TRUE(line.startsWith("listening on " + address + ":") && line.endsWith("\n"))
             << qPrintable(line);
 
-        QTcpSocket socket;
-        socket.connectToHost(address, line.trimmed().section(QLatin1Char(':'), -1).toUShort());
-        socket.write(names(1, 1) + cmd("2", "<download_clipids />"));
-        QByteArray got;
-        while (got.count("</reply>") < 3 && socket.waitForReadyRead(patience_ms))
-            got += socket.readAll();
+        PlainClient client(address, line.trimmed().section(QLatin1Char(':'), -1).toUShort());
+        const QByteArray got = client.ask(names(1, 1) + cmd("2", "<download_clipids />"), 3);
         EXPECT_TRUE(got.contains("<ComputerName>A&amp;B<") && got.contains("<ClipID>news/élan<"));
 
         support::ask_to_end(process, wish);

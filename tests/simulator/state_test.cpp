@@ -1,6 +1,5 @@
 // What outlasts a connection, a restart and the process: state files, the start and its status, the control
 // name.
-#include "compact.h"
 #include "plain_client.h"
 
 #include <support/ask_to_end.h>
@@ -22,14 +21,6 @@ Settings still(const QByteArray& seed = {})
     settings.pace = 0;
     settings.seed = seed;
     return settings;
-}
-
-std::string ask(PlainClient& client, const char* command)
-{
-    client.send(cmd("x", compact::to_command(command)) + cmd("end", "<sync/>"));
-    const QByteArray end = reply("end", "<ok/>");
-    QByteArray heard = client.read_until([&](const QByteArray& bytes) { return bytes.endsWith(end); });
-    return compact::from_stream(heard.left(heard.size() - end.size()));
 }
 
 const QByteArray everything = R"(<?xml version="1.0"?>
@@ -88,8 +79,8 @@ TEST_F(StateTest, WhatASeedSaysIsThereAndIsSavedAsItIs)
             {"modify_clip_attributes ClipID=short ClipAttrChange(Title=x)", "< ok\n"}, // the stamp 42
         };
         for (const auto& [command, answer] : rows)
-            EXPECT_EQ(ask(client, command), answer);
-        const std::string info = ask(client, "get_clip_info ClipID='a/b & c'");
+            EXPECT_EQ(client.ask_short(command), answer);
+        const std::string info = client.ask_short("get_clip_info ClipID='a/b & c'");
         for (const char* part : {"Title=' t\r\n '", "ClipLength=800", "ClipLengthUntrimmed=900", "Key=k"})
             EXPECT_NE(info.find(part), std::string::npos) << part << info;
         EXPECT_TRUE(station->save());
@@ -103,33 +94,29 @@ TEST_F(StateTest, WhatASeedSaysIsThereAndIsSavedAsItIs)
 
 TEST_F(StateTest, WhatCannotBeTakenIsNamedWithItsLine)
 {
+    const auto clip = [](const QByteArray& fields) {
+        return "<state><clips><clip><ClipID>a</ClipID>" + fields + "</clip></clips></state>";
+    };
     const std::pair<QByteArray, QString> rows[] = {
-        {"<cmd/>", "the seed, line 1: the file is <cmd>, not <state>"},
-        {"<state>\n<films/></state>", "the seed, line 2: a state has no <films>"},
-        {"<state><clips/>\n<clips/></state>", "the seed, line 2: <clips> stands more than once"},
-        {"<state><clips>\n\n<film/></clips></state>", "the seed, line 3: <clips> has no <film>"},
-        {"<state><clips><clip><ClipID>a</ClipID></clip>\n<clip><ClipID>a</ClipID></clip></clips></state>",
-         "the seed, line 2: \"a\" is there twice"},
-        {"<state><clips><clip>\n<ClipID>a</ClipID><Titel/></clip></clips></state>",
-         "the seed, line 1: a clip has no Titel"},
-        {"<state><clips><clip><ClipID>/</ClipID></clip></clips></state>",
-         "the seed, line 1: \"/\" is not a name"},
-        {"<state><clips><clip><ClipID>a</ClipID><TrimEnd>1501</TrimEnd></clip></clips></state>",
-         "the seed, line 1: the trims are longer than the clip"},
-        {"<state><clips><clip><ClipID>a</ClipID><TrackInfoVector><TrackInfo><TrackType>video</TrackType><Odd/"
-         ">"
-         "</TrackInfo></TrackInfoVector></clip></clips></state>",
-         "the seed, line 1: a clip has no Odd"},
+        {"<cmd/>", "line 1: the file is <cmd>, not <state>"},
+        {"<state>\n<films/></state>", "line 2: a state has no <films>"},
+        {"<state><clips/>\n<clips/></state>", "line 2: <clips> stands more than once"},
+        {"<state><clips>\n\n<film/></clips></state>", "line 3: <clips> has no <film>"},
+        {clip("</clip>\n<clip><ClipID>a</ClipID>"), "line 2: \"a\" is there twice"},
+        {clip("</clip><clip><ClipID>/</ClipID>"), "line 1: \"/\" is not a name"},
+        {clip("\n<Titel/>"), "line 1: a clip has no Titel"},
+        {clip("<TrimEnd>1501</TrimEnd>"), "line 1: the trims are longer than the clip"},
+        {clip("<TrackInfoVector><TrackInfo><TrackType>video</TrackType><Odd/></TrackInfo></TrackInfoVector>"),
+         "line 1: a clip has no Odd"},
         {"<state><configuration><item><ConfigurationItemName>AspectRatio</ConfigurationItemName>"
          "<ConfigurationItemValue>1:1</ConfigurationItemValue></item></configuration></state>",
-         "the seed, line 1: AspectRatio cannot be set to \"1:1\""},
-        {"<state><clips><clip>" + QByteArray("<a>").repeated(100),
-         "the seed, line 1: elements are nested too deeply"},
+         "line 1: AspectRatio cannot be set to \"1:1\""},
+        {clip(QByteArray("<a>").repeated(100)), "line 1: elements are nested too deeply"},
     };
     for (const auto& [seed, error] : rows) {
         simulator::Server server(still(seed));
         EXPECT_FALSE(server.listen());
-        EXPECT_EQ(server.error_text(), error) << seed.constData();
+        EXPECT_EQ(server.error_text(), "the seed, " + error) << seed.constData();
     }
     simulator::Server cut(still(everything.left(everything.size() / 2)));
     EXPECT_FALSE(cut.listen());
@@ -150,10 +137,11 @@ TEST_F(StateTest, ARestartGoesThroughItsScriptAndBootsTheConfiguration)
     const Station station(still());
     PlainClient client(station);
     const quint16 port = station->port();
-    ask(client, "steal_channel Channel=A PlayOrRecord=play");
-    ask(client, "cue_clip Channel=A ClipID=bars_and_tone");
-    ask(client, "set_configuration ConfigurationItemName=VideoStandard ConfigurationItemValue=1080_59_94i");
-    ask(client, "create_clip ClipID=growing TrackSet Channel=B");
+    client.ask_short("steal_channel Channel=A PlayOrRecord=play");
+    client.ask_short("cue_clip Channel=A ClipID=bars_and_tone");
+    client.ask_short(
+        "set_configuration ConfigurationItemName=VideoStandard ConfigurationItemValue=1080_59_94i");
+    client.ask_short("create_clip ClipID=growing TrackSet Channel=B");
     station->step(3);
     QString error;
     for (const char* line : {"start disks 2 Disks & all", "start net 1"})
@@ -184,12 +172,12 @@ TEST_F(StateTest, ARestartGoesThroughItsScriptAndBootsTheConfiguration)
 
     PlainClient after(station);
     EXPECT_EQ(station->port(), port);
-    EXPECT_EQ(ask(after, "get_video_standard"),
+    EXPECT_EQ(after.ask_short("get_video_standard"),
               "< video_standard VideoStandard=1080_59_94i VideoRate=59_94 VideoResolution=1080i\n");
-    EXPECT_EQ(ask(after, "channel_report_register Channel=A ChannelReportType=status"),
+    EXPECT_EQ(after.ask_short("channel_report_register Channel=A ChannelReportType=status"),
               "* channel_status Channel=A ChannelStatus=idle\n< ok\n");
-    EXPECT_EQ(ask(after, "cue_clip Channel=A ClipID=bars_and_tone").substr(0, 1), "*");
-    const std::string recorded = ask(after, "get_clip_info ClipID=growing"); // made with the stamp 2
+    EXPECT_EQ(after.ask_short("cue_clip Channel=A ClipID=bars_and_tone").substr(0, 1), "*");
+    const std::string recorded = after.ask_short("get_clip_info ClipID=growing"); // made with the stamp 2
     for (const char* part : {" ClipLength=3 ", " ContentEditStamp=4 "})
         EXPECT_NE(recorded.find(part), std::string::npos) << part << recorded;
 
@@ -218,8 +206,8 @@ TEST_F(StateTest, ExportedFilesStayInTheirFolderAndReplaceNothing)
     const auto exported = [&](const QString& filename) {
         for (const QString& command :
              {QString("export_start"), "export_add ClipID=bars_and_tone Filename=" + filename})
-            EXPECT_EQ(ask(client, qPrintable(command)), "< ok\n");
-        return ask(client, "export_end") == "< ok\n";
+            EXPECT_EQ(client.ask_short(command), "< ok\n");
+        return client.ask_short("export_end") == "< ok\n";
     };
     for (const char* name : {"/etc/a.mxf", "..\\b:c", "../..", "'x/'", "Nul.mxf"})
         EXPECT_TRUE(exported(name)) << name;
