@@ -122,11 +122,6 @@ inline const std::vector<Row> rows = {
         change.set_set_metadata({{L"reel", L"7"}});
         t->cmd_modify_clip_attributes(L"news/harbour", change, t.ok, t.no);
     }},
-    {"clip set news/harbour --trim-start 99", [](To t) {
-        ClipAttrChange change;
-        change.set_trim_start(99);
-        t->cmd_modify_clip_attributes(L"news/harbour", change, t.ok, t.no);
-    }},
     {"? get_clip_info ClipID=news/harbour"},
     {"clip rename news/harbour news/late/fire", [](To t) { t->cmd_rename_clip(L"news/harbour", L"news/late/fire", t.ok, t.no); }},
     {"clip child news/late/fire_b news/late/fire --angle 2", [](To t) { t->cmd_create_child_clip(L"news/late/fire_b", L"news/late/fire", 2, t.ok, t.no); }},
@@ -166,7 +161,6 @@ inline const std::vector<Row> rows = {
     {"precue activate A", [](To t) { t->cmd_precue_activate(A, t.ok, t.no); }},
     {"precue A news/three", [](To t) { t->cmd_precue(A, L"news/three", t.ok, t.no); }},
     {"precue clear A", [](To t) { t->cmd_precue_clear(A, t.ok, t.no); }},
-    {"precue activate A", [](To t) { t->cmd_precue_activate(A, t.ok, t.no); }},
     {"precue A ident", [](To t) { t->cmd_precue(A, L"ident", t.ok, t.no); }},
     {"take A --transition dissolve --duration 10", [](To t) { t->cmd_take(A, TransitionType_dissolve, 10, t.ok, t.no); }},
     {"step 12"},
@@ -174,7 +168,6 @@ inline const std::vector<Row> rows = {
 
     // Two channels as one
     {"cue C news/one", [](To t) { t->cmd_cue_clip(C, L"news/one", t.ok, t.no); }},
-    {"gang play C,D", [](To t) { t->cmd_gang_play(both(), t.ok, t.no); }},
     {"cue D news/two", [](To t) { t->cmd_cue_clip(D, L"news/two", t.ok, t.no); }},
     {"step 2"},
     {"gang play C,D --speed 1", [](To t) { t->cmd_gang_play(both(), speed(1), t.ok, t.no); }},
@@ -183,7 +176,6 @@ inline const std::vector<Row> rows = {
     {"gang jog C,D 5", [](To t) { t->cmd_gang_jog(both(), 5, t.ok, t.no); }},
     {"gang goto C,D 100", [](To t) { t->cmd_gang_gotocmd(both(), 100, t.ok, t.no); }},
     {"gang ee C,D 3", [](To t) { t->cmd_gang_ee(both(), 3, false, t.ok, t.no); }},
-    {"gang ee C,D 0", [](To t) { t->cmd_gang_ee(both(), 0, false, t.ok, t.no); }},
     {"insert D 1", [](To t) { t->cmd_insert_edit(D, 1, t.ok, t.no); }},
     {"step 10"},
     {"stop D", [](To t) { t->cmd_stop(D, t.ok, t.no); }},
@@ -198,7 +190,6 @@ inline const std::vector<Row> rows = {
     {"list rename evening night", [](To t) { t->cmd_list_rename(L"evening", L"night", t.ok, t.no); }},
     {"list list", [](To t) { t->cmd_download_listids(t.ok, t.text, t.no); }},
     {"? download_list ListID=night"},
-    {"list load A evening", [](To t) { t->cmd_list_load(A, L"evening", t.ok, t.no); }},
     {"list load A night", [](To t) { t->cmd_list_load(A, L"night", t.ok, t.no); }},
     {"list take A", [](To t) { t->cmd_list_take(A, t.ok, t.no); }},
     {"step 30"},
@@ -284,7 +275,6 @@ inline const std::vector<Row> rows = {
     {"dict erase show", [](To t) { t->cmd_userdict_erase(L"show", t.ok, t.no); }},
     {"clip delete vault/fires/fire_b", [](To t) { t->cmd_delete_clip(L"vault/fires/fire_b", t.ok, t.no); }},
     {"clip delete vault/fires/fire", [](To t) { t->cmd_delete_clip(L"vault/fires/fire", t.ok, t.no); }},
-    {"clip list", [](To t) { t->cmd_download_clipids(t.ok, t.text, t.no); }},
 };
 // clang-format on
 

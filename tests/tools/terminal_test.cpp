@@ -1,7 +1,7 @@
 // The command line at a terminal, at a full disk and in bash, as there are on Linux.
+#include "skuanctl.h"
+
 #include <support/ask_to_end.h>
-#include <support/program.h>
-#include <support/station.h>
 
 #include <gmock/gmock.h>
 
@@ -15,13 +15,13 @@ using support::Station;
 
 namespace {
 
-const QString program = QStringLiteral(SKUANCTL);
-
 using Terminal = support::CoreApplication;
 
-Ran ask(const Station& station, const QStringList& rest)
+int open_terminal()
 {
-    return support::run(program, QStringList{"--host", station.address().toString()} + rest);
+    const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
+    EXPECT_TRUE(::grantpt(terminal) == 0 && ::unlockpt(terminal) == 0);
+    return terminal;
 }
 
 TEST_F(Terminal, EndsLoudlyWithTheDisk)
@@ -33,10 +33,7 @@ TEST_F(Terminal, EndsLoudlyWithTheDisk)
                                               station.address().toString()});
     EXPECT_EQ(full.code, 6);
     EXPECT_EQ(full.err, "skuanctl: cannot write the output: No space left on device\n");
-    EXPECT_EQ(ask(station,
-                  {"capture", "/dev/full", "--bind", QString::fromStdString(support::own_loopback_address())})
-                  .code,
-              6);
+    EXPECT_EQ(ask(station, {"capture", "/dev/full", "--bind", own_address()}).code, 6);
 }
 
 TEST_F(Terminal, ShowsControlCharactersThereOnly)
@@ -47,9 +44,7 @@ TEST_F(Terminal, ShowsControlCharactersThereOnly)
     const Station station(settings);
     EXPECT_EQ(ask(station, {"clip", "list"}).out, "a\\b\nc é\n");
 
-    const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
-    ASSERT_EQ(::grantpt(terminal), 0);
-    ASSERT_EQ(::unlockpt(terminal), 0);
+    const int terminal = open_terminal();
     support::run("/bin/sh", {"-c", "\"$0\" --host \"$1\" clip list > \"$2\"", program,
                              station.address().toString(), ::ptsname(terminal)});
     char shown[100] = {};
@@ -63,9 +58,7 @@ TEST_F(Terminal, DrawsWhatChanges)
 {
     const Station station(simulator::Settings{.pace = 0, .faults = {}});
     ask(station, {"cue", "A", "sports/Łódź–Málaga 2:1"});
-    const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
-    ASSERT_EQ(::grantpt(terminal), 0);
-    ASSERT_EQ(::unlockpt(terminal), 0);
+    const int terminal = open_terminal();
     std::string out;
     const auto shows = [&](const std::string& text) {
         char some[1000];
