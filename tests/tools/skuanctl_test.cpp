@@ -1,7 +1,8 @@
 // The command line from end to end: what each verb prints, in both forms, and how every run ends.
+#include "skuanctl.h"
+
+#include <simulator/compact.h>
 #include <support/ask_to_end.h>
-#include <support/program.h>
-#include <support/station.h>
 
 #include <QFile>
 #include <QJsonDocument>
@@ -23,23 +24,12 @@ using testing::HasSubstr;
 namespace {
 
 #define ASK_NAME "<cmd><xid>1</xid><get_computer_name></get_computer_name></cmd>"
-const QString program = QStringLiteral(SKUANCTL);
 
 using Skuanctl = support::CoreApplication;
 
 QStringList split(const QString& words)
 {
     return words.split(' ', Qt::SkipEmptyParts);
-}
-
-QStringList to(const Station& station, const QStringList& rest)
-{
-    return QStringList{"--host", station.address().toString()} + rest;
-}
-
-Ran ask(const Station& station, const QStringList& rest, const QByteArray& input = {})
-{
-    return support::run(program, to(station, rest), input);
 }
 
 /// Every line of `text` as an object; a line that is none makes the test fail.
@@ -54,31 +44,36 @@ std::vector<QJsonObject> objects(const QByteArray& text)
     return all;
 }
 
-/// Goes through a transcript, in which "$ " begins a command, "< " a line of its input, and "# " a remark:
-/// what `say` tells of each command must be what stands there.
-template <typename Say>
-void follow(const char* name, Say say)
+/// Goes through a transcript, in which "$ " begins a command, "1$ " one that ends with that exit code, "< " a
+/// line of its input, and "# " a remark: what `run` says of each command must be what stands there.
+template <typename Run>
+void follow(const char* name, Run run)
 {
     QFile file(QStringLiteral(TRANSCRIPTS_FOLDER "/") + name);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QByteArray before = file.readAll();
     file.close();
-    QByteArray words, input, now;
+    QByteArray command, input, now;
     const auto end_command = [&] {
-        if (!words.isEmpty())
-            now += say(split(QString(words.mid(2)).replace("\\e", "\x1b")), std::exchange(input, {}));
-        words.clear();
+        if (command.isEmpty())
+            return;
+        const QByteArray words = command.left(command.indexOf('\n')).mid(2);
+        const Ran ran = run(split(QString(words).replace("\\e", "\x1b")), std::exchange(input, {}));
+        now +=
+            (ran.code ? QByteArray::number(ran.code) : "") + std::exchange(command, {}) + ran.out + ran.err;
     };
     for (const QByteArray& line : before.split('\n')) {
-        if (line.startsWith("# ") || line.startsWith("$ "))
+        const int prompt = line.left(3).indexOf("$ ");
+        if (prompt >= 0 || line.startsWith("# "))
             end_command();
-        if (line.startsWith("$ "))
-            words = line;
-        else if (line.startsWith("< "))
+        if (prompt >= 0)
+            command = line.mid(prompt) + '\n';
+        if (line.startsWith("< ")) {
+            command += line + '\n';
             input += line.mid(2) + '\n';
-        else if (!line.startsWith("# "))
-            continue;
-        now += line + '\n';
+        }
+        if (line.startsWith("# "))
+            now += line + '\n';
     }
     end_command();
     EXPECT_EQ(now.toStdString(), before.toStdString());
@@ -89,10 +84,8 @@ void follow(const char* name, Say say)
 TEST_F(Skuanctl, PrintsWhatTheServerAnswers)
 {
     const Station station("STUDIO <é>");
-    follow("answers.txt", [&](const QStringList& words, const QByteArray& input) {
-        const Ran ran = ask(station, words, input);
-        return ran.out + ran.err + (ran.code ? "[" + QByteArray::number(ran.code) + "]\n" : "");
-    });
+    follow("answers.txt",
+           [&](const QStringList& words, const QByteArray& input) { return ask(station, words, input); });
     const Ran last = ask(station, {"raw", "<cmd><xid>1</xid><log><LogText>\x01</LogText></log></cmd>"});
     EXPECT_THAT(last.out.toStdString(), HasSubstr("its bytes are no messages")); // said before it hung up
     EXPECT_EQ(last.code, 5);
@@ -140,17 +133,6 @@ TEST_F(Skuanctl, TellsHowAConversationFailed)
     EXPECT_GE(ask(station, {"--timeout", "0.3", "config", "watch"}).code, 4);
 }
 
-/// An element in short, as in `gang_stop(ChannelSet(Channel=B Channel=A))`.
-QString written(const simulator::Element& element)
-{
-    QStringList children;
-    for (const simulator::Element& child : element.children)
-        children += written(child);
-    if (!children.isEmpty())
-        return element.tag + "(" + children.join(' ') + ")";
-    return element.text.isEmpty() ? element.tag : element.tag + "=" + element.text;
-}
-
 /// A server that notes each command, and answers with the bodies that it is given, or `ok`.
 class Scripted : public Station
 {
@@ -162,7 +144,7 @@ public:
         const auto answer = [this, server, bodies, then](quint64 client, const simulator::Element& message) {
             {
                 const std::lock_guard lock(mutex_);
-                commands_ += written(message.children.at(1));
+                commands_ += compact::from_message(message.children.at(1));
             }
             const QByteArray xid = message.child_text("xid").toUtf8();
             for (const QByteArray& body : bodies)
@@ -188,18 +170,18 @@ TEST_F(Skuanctl, SendsWhatItsVerbsStandFor)
     const Scripted station;
     int known = 0;
     follow("commands.txt", [&](const QStringList& words, const QByteArray& input) {
-        const Ran ran = ask(station, words, input);
-        EXPECT_EQ(ran.code, 0) << ran.err.constData();
+        Ran ran = ask(station, words, input);
         EXPECT_EQ(ran.out, words[0] == "call" ? "ok\n" : "");
         const QStringList sent = station.commands().mid(std::exchange(known, station.commands().size()));
-        return sent.join('\n').toUtf8() + '\n';
+        ran.out = sent.join('\n').toUtf8() + '\n';
+        return ran;
     });
 }
 
 TEST_F(Skuanctl, AsksSeveralHosts)
 {
     const Station one, two;
-    const QString nobody = QString::fromStdString(support::own_loopback_address());
+    const QString nobody = own_address();
     const QString first = one.address().toString(), second = two.address().toString();
     const QStringList hosts{"--host", QStringList{first, nobody, second}.join(',')};
     for (const QStringList& verb :
@@ -283,10 +265,10 @@ TEST_F(Skuanctl, PrintsReportsOfTheClassesAsked)
         return station.commands();
     };
     EXPECT_EQ(ask_three("melt A,B:speed,info clip_change userdict:a:b metadata:m"),
-              QStringList({"reports_register(ReportSet(ReportType=melt ReportType=clip_change))",
-                           "channel_reports_register(ChannelSet(Channel=A Channel=B) "
-                           "ChannelReportSet(ChannelReportType=speed ChannelReportType=info))",
-                           "userdict_watch(Key=a:b)", "watch_metadata_database(MetadataDatabase=m)"}));
+              QStringList({"reports_register ReportSet(ReportType=melt ReportType=clip_change)",
+                           "channel_reports_register ChannelSet(Channel=A Channel=B) "
+                           "ChannelReportSet(ChannelReportType=speed ChannelReportType=info)",
+                           "userdict_watch Key=a:b", "watch_metadata_database MetadataDatabase=m"}));
     const QStringList everything = ask_three("");
     ASSERT_EQ(everything.size(), 2);
     EXPECT_EQ(everything[0].count("ReportType="), 12);
