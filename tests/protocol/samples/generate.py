@@ -10,13 +10,17 @@ import sys
 from pathlib import Path
 
 from messages import Faults, understood
-from values import CATALOGUE, KINDS, base, variants
+from values import CATALOGUE, KINDS, Node, base, variants
 
 MESSAGES = [*CATALOGUE.replies.values(), *CATALOGUE.reports.values()]
 
 
 def literal(text):
     return f'R"~({text})~"'
+
+
+def quoted(name):
+    return f'"{name}"'
 
 
 def signal_type(item):
@@ -30,7 +34,7 @@ def parameters(message):
 def printers():
     """How the value of each tag prints as an element: `print_ClipID`."""
     for enumeration in CATALOGUE.enumerations.values():
-        names = ", ".join(f'"{name}"' for name in enumeration.names)
+        names = ", ".join(map(quoted, enumeration.names))
         yield f"inline const std::vector<const char*> names_of_{enumeration.name} = {{{names}}};"
         for value, name in enumerate(enumeration.names):
             yield f"static_assert(KVRP3::{enumeration.name}_{name} == {value});"
@@ -38,53 +42,44 @@ def printers():
     for tag in tags:
         yield f"std::string print_{tag.name}(const KVRP3::{tag.name}& v);"
     for record in CATALOGUE.records.values():
-        yield f"inline std::string body(const KVRP3::{record.name}& v)"
-        yield "{"
-        yield "    std::string s;"
-        for field in record.fields:
-            condition = f"if (v.has_{field.name}) " if field.optional else ""
-            yield f"    {condition}s += print_{field.tag.name}(v.{field.name});"
-        yield "    return s;"
-        yield "}"
+        parts = [f"print_{field.tag.name}(v.{field.name})" for field in record.fields]
+        for place, field in enumerate(record.fields):
+            if field.optional:
+                parts[place] = f'(v.has_{field.name} ? {parts[place]} : "")'
+        yield f"inline std::string body(const KVRP3::{record.name}& v) {{ return {' + '.join(parts)}; }}"
     for tag in tags:
+        value = {"record": "body(v)", "enum": f"name(names_of_{tag.of}, v)", "speed": "speed(v)"}
+        result = f'element("{tag.name}", {value.get(tag.kind, "plain(v)")})'
         if tag.name in CATALOGUE.containers:
-            print_all = f"for (const auto& m : v) s += print_{CATALOGUE.containers[tag.name].member.name}(m);"
-            result = f'std::string s; {print_all} return element("{tag.name}", s);'
+            member = f"print_{CATALOGUE.containers[tag.name].member.name}(m)"
+            everything = f"[&] {{ std::string s; for (const auto& m : v) s += {member}; return s; }}()"
+            result = f'element("{tag.name}", {everything})'
         elif tag.kind == "flag":
-            result = f'return v ? element("{tag.name}", "") : "";'
-        else:
-            value = {"record": "body(v)", "enum": f"name(names_of_{tag.of}, v)", "speed": "speed(v)"}
-            result = f'return element("{tag.name}", {value.get(tag.kind, "plain(v)")});'
-        yield f"inline std::string print_{tag.name}(const KVRP3::{tag.name}& v) {{ {result} }}"
+            result = f'v ? element("{tag.name}", "") : ""'
+        yield f"inline std::string print_{tag.name}(const KVRP3::{tag.name}& v) {{ return {result}; }}"
 
 
 def log():
     """A class with a function for each reply and report; a client, callbacks and signals that call it."""
-    yield "/// Keeps what came as elements."
-    yield "struct Log : QObject"
-    yield "{"
-    yield "    std::vector<std::string> seen;"
+    yield "struct Log : QObject { std::vector<std::string> seen; // as elements"
     for message in MESSAGES:
         values = [f"print_{item.tag.name}(v{place})" for place, item in enumerate(message.items)]
         for place, item in enumerate(message.items):
             if item.optional:
                 values[place] = f'(v{place} ? print_{item.tag.name}(v{place}.value()) : "")'
-        yield f"    void {message.name}({', '.join(parameters(message))})"
-        yield f'    {{ seen.push_back(element("{message.name}", std::string(){"".join(" + " + v for v in values)})); }}'
+        content = " + ".join(["std::string()", *values])
+        yield f"void {message.name}({', '.join(parameters(message))})"
+        yield f'{{ seen.push_back(element("{message.name}", {content})); }}'
     yield "};"
-    yield "template <typename Client>"
-    yield "struct Logging : Client"
-    yield "{"
-    yield "    Log log;"
-    yield "    AString xid;"
+    yield "template <typename Client> struct Logging : Client { Log log; AString xid;"
     for message in MESSAGES:
-        passed = ", ".join(f"v{place}" for place in range(len(message.items)))
+        passed = [f"v{place}" for place in range(len(message.items))]
+        logged = f"log.{message.name}({', '.join(passed)});"
         if message.name in CATALOGUE.reports:
-            yield f"    void report_{message.name}({', '.join(parameters(message))}) override"
-            yield f"    {{ log.{message.name}({passed}); }}"
-            continue
-        yield f"    void reply_{message.name}({', '.join(['const AString& of', *parameters(message)])}) override"
-        yield f"    {{ xid = of; log.{message.name}({passed}); Client::reply_{message.name}({', '.join(['of', passed]).removesuffix(', ')}); }}"
+            yield f"void report_{message.name}({', '.join(parameters(message))}) override {{ {logged} }}"
+        else:
+            yield f"void reply_{message.name}({', '.join(['const AString& of', *parameters(message)])}) override"
+            yield f"{{ xid = of; {logged} Client::reply_{message.name}({', '.join(['of', *passed])}); }}"
     yield "};"
     for group in CATALOGUE.groups.values():
         callbacks = []
@@ -92,26 +87,29 @@ def log():
             types = ", ".join(signal_type(item) for item in reply.items)
             function = f"AFunction{len(reply.items)}<{types}>" if types else "AFunction"
             callbacks.append(f"{function}::member<&Log::{reply.name}>(&log)")
-        yield f"inline auto callbacks(std::integral_constant<int, {group.number}>, Log& log)"
-        yield f"{{ return std::make_tuple({', '.join(callbacks)}); }}"
-        yield f"inline KVRP3::CallbackGroup_set{group.number} new_group(std::integral_constant<int, {group.number}>)"
-        yield "{ return {}; }"
-    signals = {f"CallbackGroup_set{group.number}": ("sig_", group.replies) for group in CATALOGUE.groups.values()}
-    for sender, (prefix, messages) in (signals | {"APIQt": ("report_", CATALOGUE.reports.values())}).items():
+        number = f"std::integral_constant<int, {group.number}>"
+        yield f"inline auto callbacks({number}, Log& log) {{ return std::make_tuple({', '.join(callbacks)}); }}"
+        yield f"inline KVRP3::CallbackGroup_set{group.number} new_group({number}) {{ return {{}}; }}"
+    senders = {f"CallbackGroup_set{group.number}": ("sig_", group.replies) for group in CATALOGUE.groups.values()}
+    for sender, (prefix, messages) in (senders | {"APIQt": ("report_", CATALOGUE.reports.values())}).items():
         yield "/// Queued, so that their values are copied as for another thread."
-        yield "template <typename To>"
-        yield f"void watch(const KVRP3::{sender}& sender, To& log)"
-        yield "{"
+        yield f"template <typename To> void watch(const KVRP3::{sender}& sender, To& log) {{"
         for message in messages:
             signal = f"&KVRP3::{sender}::{prefix}{message.name}"
-            yield f"    QObject::connect(&sender, {signal}, &log, &To::{message.name}, Qt::QueuedConnection);"
+            yield f"QObject::connect(&sender, {signal}, &log, &To::{message.name}, Qt::QueuedConnection);"
         yield "}"
     yield "/// The good answers to a command of a group; the last one ends it."
-    yield "inline const std::vector<std::string> answers[] = {"
-    yield "    {},"
+    yield "inline const std::vector<std::string> answers[] = { {},"
     for group in CATALOGUE.groups.values():
-        names = [reply.name for reply in sorted(group.replies, key=lambda reply: reply.name == "ok")]
-        yield "    {" + ", ".join(f'"{name}"' for name in names if name != "error") + "},"
+        names = sorted((reply.name for reply in group.without_error), key="ok".__eq__)
+        yield f"{{{', '.join(map(quoted, names))}}},"
+    yield "};"
+
+
+def table(comment, name, rows):
+    yield f"/// {comment}"
+    yield f"inline constexpr std::pair<const char*, const char*> {name}[] = {{"
+    yield from (f"{{{literal(one)}, {literal(other)}}}," for one, other in rows)
     yield "};"
 
 
@@ -120,34 +118,27 @@ def message_tables():
     for message in MESSAGES:
         faults.message(message)
     pairs = faults.accepted + [pair for message in MESSAGES for pair in understood(message)]
-    yield "/// Elements, and what their values print as."
-    yield "inline constexpr std::pair<const char*, const char*> understood[] = {"
-    yield from (f"    {{{literal(given.xml())}, {literal(meant.xml())}}}," for given, meant in pairs)
-    yield "};"
-    yield "/// Elements, and why they are refused."
-    yield "inline constexpr std::pair<const char*, const char*> refused[] = {"
-    yield from (f"    {{{literal(given.xml())}, {literal(error)}}}," for given, error in faults.refused)
-    yield "};"
-    for table in ("replies", "reports"):
-        yield f"inline const std::map<std::string, std::string> {table} = {{"
-        for message in getattr(CATALOGUE, table).values():
-            sample = "".join(base(item.tag).xml() for item in message.items)
-            sample = f"<{message.name}>{sample}</{message.name}>" if sample else f"<{message.name} />"
-            yield f'    {{"{message.name}", {literal(sample)}}},'
+    meanings = ((given.xml(), meant.xml()) for given, meant in pairs)
+    errors = ((given.xml(), error) for given, error in faults.refused)
+    yield from table("Elements, and what their values print as.", "understood", meanings)
+    yield from table("Elements, and why they are refused.", "refused", errors)
+    for messages in ("replies", "reports"):
+        yield f"inline const std::map<std::string, std::string> {messages} = {{"
+        for message in getattr(CATALOGUE, messages).values():
+            sample = Node(message.name, [base(item.tag) for item in message.items]).xml()
+            yield f'{{"{message.name}", {literal(sample)}}},'
         yield "};"
 
 
 def group_table():
     """Calls a function for each group, with a command that takes it."""
-    yield "template <typename F>"
-    yield "void for_each_group(F f)"
-    yield "{"
+    yield "template <typename F> void for_each_group(F f) {"
     for group in CATALOGUE.groups.values():
         command = next(command for command in CATALOGUE.commands.values() if command.group is group)
         type_name = f"KVRP3::CallbackGroup_set{group.number}"
         arguments = ", ".join([base(item.tag).cpp for item in command.required] + ["group"])
-        yield f"    f.template operator()<{type_name}>(answers[{group.number}], [](KVRP3::APIQt& to, const {type_name}& group)"
-        yield f"        {{ to.cmd_{command.name}({arguments}); }});"
+        call = f"[](KVRP3::APIQt& to, const {type_name}& group) {{ to.cmd_{command.name}({arguments}); }}"
+        yield f"f.template operator()<{type_name}>(answers[{group.number}], {call});"
     yield "}"
 
 
@@ -155,20 +146,14 @@ def commands():
     """Each command in every form that a call can have."""
     known = set()
     for command in CATALOGUE.commands.values():
-        yield "template <typename Ways>"
-        yield f"void call_{command.name}(Ways& ways)"
-        yield "{"
-        yield f"    const auto send = [](auto& to, const auto&... a) {{ return to.cmd_{command.name}(a...); }};"
+        yield f"template <typename Ways> void call_{command.name}(Ways& ways) {{"
+        yield f"const auto send = [](auto& to, const auto&... a) {{ return to.cmd_{command.name}(a...); }};"
         for nodes, arguments in calls(command, known):
-            lines = "\n".join([f"<{command.name}>", *(node.lines() for node in nodes), f"</{command.name}>"])
-            xml = lines if nodes else f"<{command.name} />"
-            passed = ", ".join(["send", literal(xml), *arguments])
-            yield f"    ways.template all<{command.group.number}>({passed});"
+            passed = ", ".join(["send", literal(Node(command.name, nodes).lines()), *arguments])
+            yield f"ways.template all<{command.group.number}>({passed});"
         yield "}"
-    yield "template <typename Ways>"
-    yield "void call_all(Ways& ways)"
-    yield "{"
-    yield from (f"    call_{command.name}(ways);" for command in CATALOGUE.commands.values())
+    yield "template <typename Ways> void call_all(Ways& ways) {"
+    yield from (f"call_{command.name}(ways);" for command in CATALOGUE.commands.values())
     yield "}"
 
 
@@ -200,11 +185,9 @@ def calls(command, known):
 
 def enumeration_table():
     """Calls a function with the names of each enumeration, and with its converters."""
-    yield "template <typename F>"
-    yield "void for_each_enumeration(F f)"
-    yield "{"
+    yield "template <typename F> void for_each_enumeration(F f) {"
     for name in CATALOGUE.enumerations:
-        yield f"    f(names_of_{name}, KVRP3::{name}_to_string, KVRP3::string_to_{name}, KVRP3::valid_{name});"
+        yield f"f(names_of_{name}, KVRP3::{name}_to_string, KVRP3::string_to_{name}, KVRP3::valid_{name});"
     yield "}"
 
 
