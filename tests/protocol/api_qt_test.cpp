@@ -163,7 +163,7 @@ TEST_F(APIQt, may_be_turned_round_from_any_slot_or_callback)
         QObject scope;
         if (where == in_error) {
             const quint64 before = first->counters().messages;
-            client.cmd_sync({}, AFunction2<AString, KVRP3::ErrorCode>::ref(on_error));
+            client.cmd_sync({}, support::OnError::ref(on_error));
             // A server that goes without having read all of it resets the connection. Wine loses that when it
             // comes while Qt has its notifications off, as it has for a moment with each of them.
             wait_until([&] { return first->counters().messages > before; });
@@ -227,7 +227,7 @@ TEST_F(APIQt, of_a_connect_and_a_disconnect_the_later_holds)
     Station station(mute);
     connect_to(station);
     auto leave = [this](AString, KVRP3::ErrorCode) { client.disconnect_from_server(); };
-    client.cmd_sync({}, AFunction2<AString, KVRP3::ErrorCode>::ref(leave));
+    client.cmd_sync({}, support::OnError::ref(leave));
     client.connect_to_server(station.address());
     wait_until([&] { return client.events == "+-"; });
     wait_until([&] { return station->counters().connected == 0; });

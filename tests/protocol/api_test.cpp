@@ -5,6 +5,7 @@
 #include <QByteArray>
 
 #include <algorithm>
+#include <functional>
 
 namespace {
 
@@ -66,8 +67,7 @@ TEST(API, all_commands_fail_in_the_text_order_of_their_xids)
     Calls order;
     std::vector<Entry> entries(120, Entry{&order}); // enough for xids of different lengths
     for (Entry& entry : entries)
-        entry.xid =
-            client.cmd_sync({}, AFunction2<AString, KVRP3::ErrorCode>::member<&Entry::failed>(&entry));
+        entry.xid = client.cmd_sync({}, support::OnError::member<&Entry::failed>(&entry));
     client.fail_all_pending_commands();
     client.fail_all_pending_commands();
     EXPECT_EQ(order.size(), entries.size());
@@ -77,24 +77,18 @@ TEST(API, all_commands_fail_in_the_text_order_of_their_xids)
 
 TEST(API, a_callback_may_send_again_on_the_dead_transport)
 {
-    struct Stubborn
-    {
-        MemoryClient client;
-        int failures = 0;
-        void issue()
-        {
-            client.cmd_sync({}, AFunction2<AString, KVRP3::ErrorCode>::member<&Stubborn::failed>(this));
-        }
-        void failed(AString, KVRP3::ErrorCode)
-        {
-            if (++failures < 5)
-                issue();
-        }
-    } stubborn;
-    stubborn.client.dead = true;
-    stubborn.issue(); // fails before it returns
-    EXPECT_EQ(stubborn.failures, 5);
-    EXPECT_EQ(stubborn.client.outstanding_commands(), 0u);
+    MemoryClient client;
+    client.dead = true;
+    int failures = 0;
+    std::function<void()> issue;
+    auto failed = [&](AString, KVRP3::ErrorCode) {
+        if (++failures < 5)
+            issue();
+    };
+    issue = [&] { client.cmd_sync({}, support::OnError::ref(failed)); };
+    issue(); // fails before it returns
+    EXPECT_EQ(failures, 5);
+    EXPECT_EQ(client.outstanding_commands(), 0u);
 }
 
 TEST(API, a_callback_that_finds_the_connection_lost_is_not_followed_by_its_own_error)

@@ -35,7 +35,7 @@ public:
     void ask()
     {
         cmd_get_computer_name(AFunction1<AString>::member<&TestClient::answered>(this),
-                              AFunction2<AString, KVRP3::ErrorCode>::member<&TestClient::refused>(this));
+                              support::OnError::member<&TestClient::refused>(this));
     }
 
 protected:
@@ -44,7 +44,7 @@ protected:
         ++connections;
         while (floods && errors == 0)
             cmd_delete_clip(AString(std::string(60000, 'x')), AFunction(),
-                            AFunction2<AString, KVRP3::ErrorCode>::member<&TestClient::refused>(this));
+                            support::OnError::member<&TestClient::refused>(this));
         if (asks)
             ask();
     }
@@ -76,8 +76,7 @@ TEST_F(Client, keeps_the_rest_of_a_message_from_a_connection_that_came_later)
         client.run_forever_in_own_thread(0);
         wait_until([&] { return client.isConnected(); });
     };
-    client.cmd_delete_clip(AString(std::string(4000, 'x')), AFunction(),
-                           AFunction2<AString, KVRP3::ErrorCode>::ref(connect));
+    client.cmd_delete_clip(AString(std::string(4000, 'x')), AFunction(), support::OnError::ref(connect));
     client.ask();
     wait_until([&] { return client.answers + client.errors == 1; });
     EXPECT_EQ(client.errors, 0u);

@@ -125,26 +125,22 @@ protected:
 using Both = testing::Types<Blocking, EventDriven>;
 TYPED_TEST_SUITE(Transports, Both);
 
-const std::vector<std::string>& shapes()
-{
-    static const std::vector<std::string> messages = {
-        "<reply><xid>1</xid><ok /></reply>",
-        "<reply>\r\n<xid>2</xid>\r\n<error>\r\n<ErrorMessage>a &lt; b &amp; c</ErrorMessage>\r\n"
-        "<ErrorCode>general</ErrorCode>\r\n</error>\r\n</reply>\r\n",
-        "<reply><xid>3</xid><clipid><ClipID>Z\xc3\xbcrich \xe2\x82\xac "
-        "\xf0\x9f\x8f\x86</ClipID></clipid></reply>",
-        "\t<reply ><xid>none4</xid><computername><ComputerName></ComputerName></computername></ reply>\n",
-        "<reply><xid>5</xid><version_info><SVNVersion>1</SVNVersion><SVNPath>/</SVNPath></version_info></"
-        "reply>",
-        "<report><clip_created><ClipID> \xc3\xa9 "
-        "</ClipID><New><Newer>&quot;</Newer><Newer/></New></clip_created></report>",
-        "< report "
-        "><userdict_change><Key>k</Key><Value>&apos;&gt;\xe2\x82\xac</Value></userdict_change></report>",
-        "<report><nobody_knows /></report>",
-        "between messages <report><clip_deleted /></report>",
-    };
-    return messages;
-}
+const std::vector<std::string> shapes = {
+    "<reply><xid>1</xid><ok /></reply>",
+    "<reply>\r\n<xid>2</xid>\r\n<error>\r\n<ErrorMessage>a &lt; b &amp; c</ErrorMessage>\r\n"
+    "<ErrorCode>general</ErrorCode>\r\n</error>\r\n</reply>\r\n",
+    "<reply><xid>3</xid><clipid><ClipID>Z\xc3\xbcrich \xe2\x82\xac "
+    "\xf0\x9f\x8f\x86</ClipID></clipid></reply>",
+    "\t<reply ><xid>none4</xid><computername><ComputerName></ComputerName></computername></ reply>\n",
+    "<reply><xid>5</xid><version_info><SVNVersion>1</SVNVersion><SVNPath>/</SVNPath></version_info></"
+    "reply>",
+    "<report><clip_created><ClipID> \xc3\xa9 "
+    "</ClipID><New><Newer>&quot;</Newer><Newer/></New></clip_created></report>",
+    "< report "
+    "><userdict_change><Key>k</Key><Value>&apos;&gt;\xe2\x82\xac</Value></userdict_change></report>",
+    "<report><nobody_knows /></report>",
+    "between messages <report><clip_deleted /></report>",
+};
 
 /// As the inbox has it.
 std::string as_received(const std::string& message)
@@ -165,13 +161,13 @@ TYPED_TEST(Transports, find_each_message_wherever_it_is_cut_and_behind_every_oth
         expected.push_back(as_received(message));
     };
     Faults faults{.split_pause = std::chrono::milliseconds(1)};
-    for (const std::string& message : shapes()) {
+    for (const std::string& message : shapes) {
         for (std::size_t cut = 0; cut < message.size(); cut += stride) {
             if (cut != 0)
                 faults.split_at.push_back(cuts.size() + static_cast<int>(cut));
             add(message, cuts, from_cuts);
         }
-        for (const std::string& second : shapes()) {
+        for (const std::string& second : shapes) {
             add(message, pairs, from_pairs);
             add(second, pairs, from_pairs);
         }
@@ -215,7 +211,7 @@ struct Ending
     {
         ++*waiting;
         client.cmd_get_computer_name(AFunction1<AString>::member<&Ending::on_answer>(this),
-                                     AFunction2<AString, KVRP3::ErrorCode>::member<&Ending::on_error>(this));
+                                     support::OnError::member<&Ending::on_error>(this));
     }
 
 private:
@@ -234,7 +230,7 @@ private:
 // Whatever it does, the connection ends, the command with it, and the next connection works.
 TYPED_TEST(Transports, lose_a_server_that_misbehaves_and_find_it_again)
 {
-    const QByteArray good = QByteArray::fromStdString(shapes()[0]);
+    const QByteArray good = QByteArray::fromStdString(shapes[0]);
     const struct
     {
         Faults faults;

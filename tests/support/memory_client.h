@@ -4,6 +4,8 @@
 #include <skuan/markup/xml_parse.h>
 #include <skuan/protocol/kvrp3_api.h>
 
+#include <QByteArray>
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -11,13 +13,12 @@
 
 namespace support {
 
+using OnError = AFunction2<AString, KVRP3::ErrorCode>;
+
 /// A wire text as the protocol has it, from one written with plain line ends.
 inline std::string crlf(const std::string& text)
 {
-    std::string result;
-    for (const char c : text)
-        result += c == '\n' ? std::string("\r\n") : std::string(1, c);
-    return result;
+    return QByteArray::fromStdString(text).replace("\n", "\r\n").toStdString();
 }
 
 inline XMLTree tree(const std::string& xml)
@@ -79,10 +80,7 @@ public:
 
     AFunction ok() { return AFunction::member<&Recorder::on_ok>(this); }
     AFunction1<AString> text() { return AFunction1<AString>::member<&Recorder::on_text>(this); }
-    AFunction2<AString, KVRP3::ErrorCode> error()
-    {
-        return AFunction2<AString, KVRP3::ErrorCode>::member<&Recorder::on_error>(this);
-    }
+    OnError error() { return OnError::member<&Recorder::on_error>(this); }
 
 private:
     void on_ok() { calls.push_back("ok"); }
