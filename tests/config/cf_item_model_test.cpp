@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <tuple>
 
 namespace {
 
@@ -52,12 +53,7 @@ TEST(CFItemModel, covers_the_servers_value_until_the_server_says_the_same)
     auto other = record("9", "9", "9", false);
     other.configuration_item_name = AString::l1("Y");
     const std::function<void()> nothing;
-    const struct
-    {
-        std::function<void()> act;
-        const char* told;
-        const char* state;
-    } rows[] = {
+    const std::tuple<std::function<void()>, const char*, const char*> rows[] = {
         {[&] { item.set(""); }, "", "="},
         {[&] { item.set("1"); }, "t:1 X:1 u:1 i:1 ", "=1"}, // no changes: of what, is not known
         {[&] { item.config(other); }, "", "=1"},
@@ -77,12 +73,12 @@ TEST(CFItemModel, covers_the_servers_value_until_the_server_says_the_same)
         {[&] { item.set("off"); }, "t:off X:off hot ", "fcr=off"},
         {[&] { item.config(record("3", "off", "off", true)); }, "t:off X:off ", "fd=off"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(&row - rows);
+    for (const auto& [act, tells, becomes] : rows) {
+        SCOPED_TRACE(std::string(tells) + "and becomes " + becomes);
         told.clear();
-        row.act();
-        EXPECT_EQ(told, row.told);
-        EXPECT_EQ(state(item), row.state);
+        act();
+        EXPECT_EQ(told, tells);
+        EXPECT_EQ(state(item), becomes);
     }
     EXPECT_TRUE(item.is_allowed("off") && !item.is_allowed("OFF") &&
                 item.allowed_values() == QStringList{"off"});

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <string>
+#include <tuple>
 #include <vector>
 
 using namespace ChannelCF;
@@ -16,6 +17,7 @@ using testing::IsEmpty;
 namespace {
 
 using Values = std::vector<ConfigType>;
+using Outputs = std::vector<unsigned>;
 
 std::string described(const ChannelConfigSpec& spec)
 {
@@ -27,12 +29,7 @@ std::string described(const ChannelConfigSpec& spec)
 
 TEST(ChannelConfigSpec, answers_for_wide_and_odd_configurations)
 {
-    const struct
-    {
-        Values values;
-        unsigned user_channel;
-        std::vector<unsigned> video, primary, keys;
-    } rows[] = {
+    const std::tuple<Values, unsigned, Outputs, Outputs, Outputs> rows[] = {
         {{ConfigType_VKVV}, 0, {0}, {0}, {2}},
         {{ConfigType_VKVV}, 2, {}, {}, {}}, // the key's place is a gap
         {{ConfigType_VVVV, ConfigType_3D_ISO2}, 4, {4, 6, 5, 7}, {4, 5}, {}},
@@ -46,12 +43,12 @@ TEST(ChannelConfigSpec, answers_for_wide_and_odd_configurations)
         {{}, 0, {}, {}, {}},
         {{ConfigType(99)}, 0, {}, {}, {}},
     };
-    for (const auto& row : rows) {
-        const ChannelConfigSpec spec{BoardType_sorrel, row.values};
+    for (const auto& [values, user_channel, video, primary, keys] : rows) {
+        const ChannelConfigSpec spec{BoardType_sorrel, values};
         SCOPED_TRACE(described(spec));
-        EXPECT_EQ(spec.AllOutputs(row.user_channel, false), row.video);
-        EXPECT_EQ(spec.PrimaryAngleOutputs(row.user_channel, false), row.primary);
-        EXPECT_EQ(spec.AllOutputs(row.user_channel, true), row.keys);
+        EXPECT_EQ(spec.AllOutputs(user_channel, false), video);
+        EXPECT_EQ(spec.PrimaryAngleOutputs(user_channel, false), primary);
+        EXPECT_EQ(spec.AllOutputs(user_channel, true), keys);
     }
     EXPECT_EQ((ChannelConfigSpec{BoardType_sorrel, {ConfigType_C2_VK, ConfigType_VVVV}}.channel_count()), 2);
     EXPECT_EQ((ChannelConfigSpec{BoardType_sorrel, {ConfigType_ISO6, ConfigType_VVVV}}.GetOutputSource(5)),
@@ -85,7 +82,7 @@ struct Digest
     std::uint32_t value = 2166136261;
 
     void add(std::uint32_t number) { value = (value ^ number) * 16777619; }
-    void add(const std::vector<unsigned>& numbers)
+    void add(const Outputs& numbers)
     {
         add(static_cast<std::uint32_t>(numbers.size()));
         for (const unsigned number : numbers)
@@ -143,12 +140,7 @@ TEST(ChannelConfigSpec, has_not_changed_an_answer)
 
 TEST(FindKey, has_tables_of_its_own)
 {
-    const struct
-    {
-        QStringList names;
-        unsigned output;
-        int key;
-    } rows[] = {
+    const std::tuple<QStringList, unsigned, int> rows[] = {
         {{"VKVV"}, 0, 1},                    // the board itself has it on 2
         {{"VKVV"}, 3, 2},                    // and knows none here
         {{"VKVV"}, 1, -1},                   // is a key itself
@@ -162,9 +154,8 @@ TEST(FindKey, has_tables_of_its_own)
         {{"elsewhere", "elsewhere"}, 0, -1}, // as VVVV
         {{}, 0, -1},                         //
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(find_key(row.names, row.output), row.key)
-            << row.names.join(' ').toStdString() << ", output " << row.output;
+    for (const auto& [names, output, key] : rows)
+        EXPECT_EQ(find_key(names, output), key) << names.join(' ').toStdString() << ", output " << output;
 }
 
 } // namespace

@@ -42,18 +42,14 @@ TEST_F(Mirrored, channels_follow_their_four_items)
     int changes = 0;
     QObject::connect(&channels, &CFChannelConfig::changed, [&] { ++changes; });
     EXPECT_EQ(channels.board_type(), ChannelCF::BoardType_invalid);
-    const struct
-    {
-        const char* count;
-        ChannelCF::BoardType board;
-    } boards[] = {
+    const std::pair<const char*, ChannelCF::BoardType> boards[] = {
         {"none", ChannelCF::BoardType_invalid}, {"0", ChannelCF::BoardType_tansy1},
         {"1", ChannelCF::BoardType_tansy1},     {"2", ChannelCF::BoardType_tansy2},
         {"-1", ChannelCF::BoardType_invalid},   {"9", ChannelCF::BoardType_tansy3},
     };
-    for (const auto& row : boards) {
-        board_channels->set(row.count);
-        EXPECT_EQ(channels.board_type(), row.board) << row.count;
+    for (const auto& [count, board] : boards) {
+        board_channels->set(count);
+        EXPECT_EQ(channels.board_type(), board) << count;
     }
 
     changes = 0;

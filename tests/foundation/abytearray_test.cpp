@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <tuple>
 
 namespace {
 
@@ -36,12 +37,7 @@ TEST(AByteArray, AppendsFromNowhereAndFromItself)
 
 TEST(AByteArray, AChangeLeavesTheOtherCopyAlone)
 {
-    const struct
-    {
-        const char* what;
-        void (*change)(AByteArray&);
-        std::string expected;
-    } rows[] = {
+    const std::tuple<const char*, void (*)(AByteArray&), std::string> rows[] = {
         {"data", [](AByteArray& a) { a.data()[0] = 'X'; }, "Xbc"},
         {"[]", [](AByteArray& a) { a[2] = 'X'; }, "abX"},
         {"append", [](AByteArray& a) { a.append('X'); }, "abcX"},
@@ -50,14 +46,14 @@ TEST(AByteArray, AChangeLeavesTheOtherCopyAlone)
         {"copy_from", [](AByteArray& a) { a.copy_from("XYZ", 3, 1); }, "aXY"},
         {"clear", [](AByteArray& a) { a.clear(); }, ""},
     };
-    for (const auto& row : rows) {
+    for (const auto& [what, change, expected] : rows) {
         AByteArray original = bytes("abc");
         AByteArray copy = original;
         EXPECT_EQ(copy.const_data(), original.const_data());
-        row.change(copy);
-        EXPECT_EQ(text(copy), row.expected) << row.what;
-        EXPECT_EQ(copy.const_data()[copy.size()], 0) << row.what;
-        EXPECT_EQ(text(original), "abc") << row.what;
+        change(copy);
+        EXPECT_EQ(text(copy), expected) << what;
+        EXPECT_EQ(copy.const_data()[copy.size()], 0) << what;
+        EXPECT_EQ(text(original), "abc") << what;
     }
     AByteArray alone = bytes("abc");
     const unsigned char* const place = alone.const_data();
@@ -71,16 +67,13 @@ TEST(AByteArray, AChangeLeavesTheOtherCopyAlone)
 TEST(AByteArray, RoomDoublesAndLargeArraysStartOnAPage)
 {
     EXPECT_EQ(AByteArray().reserved_size(), 0u);
-    const struct
-    {
-        unsigned n, room;
-    } rows[] = {{1, 31}, {31, 31}, {32, 63}, {4095, 4095}, {4096, 8191}};
-    for (const auto& row : rows) {
+    const std::pair<unsigned, unsigned> rows[] = {{1, 31}, {31, 31}, {32, 63}, {4095, 4095}, {4096, 8191}};
+    for (const auto& [n, room] : rows) {
         AByteArray array;
-        array.resize(row.n, 'x');
-        EXPECT_EQ(array.reserved_size(), row.room) << row.n;
-        EXPECT_EQ(array.const_data()[row.n], 0);
-        const bool large = row.room >= 4095;
+        array.resize(n, 'x');
+        EXPECT_EQ(array.reserved_size(), room) << n;
+        EXPECT_EQ(array.const_data()[n], 0);
+        const bool large = room >= 4095;
         EXPECT_TRUE(!large || reinterpret_cast<std::uintptr_t>(array.const_data()) % 4096 == 0);
     }
 }

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -28,12 +29,8 @@ TEST(AChar, Classes)
 
 TEST(AChar, Utf8Forms)
 {
-    const struct
-    {
-        const char* bytes;
-        unsigned c;      // what it reads as
-        bool round_trip; // and is written so again
-    } rows[] = {
+    // Bytes, what they read as, and whether that is written so again.
+    const std::tuple<const char*, unsigned, bool> rows[] = {
         {"\x7F", 0x7F, true},
         {"\xC2\x80", 0x80, true},
         {"\xDF\xBF", 0x7FF, true},
@@ -45,24 +42,24 @@ TEST(AChar, Utf8Forms)
         {"\xE0\x80\x80", 0, false}, // overlong forms of three and four bytes pass
         {"\xF0\x80\x81\x81", 'A', false},
     };
-    for (const auto& row : rows) {
-        const std::string bytes = row.bytes;
+    for (const auto& [form, code, round_trip] : rows) {
+        const std::string bytes = form;
         const unsigned n = static_cast<unsigned>(bytes.size());
         AChar c(7);
         unsigned used = 9;
-        ASSERT_TRUE(AChar::consume_utf8((bytes + "xyz").data(), n + 3, &c, &used)) << std::hex << row.c;
-        EXPECT_EQ(c.ord(), row.c);
+        ASSERT_TRUE(AChar::consume_utf8((bytes + "xyz").data(), n + 3, &c, &used)) << std::hex << code;
+        EXPECT_EQ(c.ord(), code);
         EXPECT_EQ(used, n);
         for (unsigned cut = 0; cut < n; ++cut) {
-            EXPECT_FALSE(AChar::consume_utf8(bytes.data(), cut, &c, &used)) << std::hex << row.c;
+            EXPECT_FALSE(AChar::consume_utf8(bytes.data(), cut, &c, &used)) << std::hex << code;
             EXPECT_EQ(used, 0u);
-            EXPECT_EQ(c.ord(), row.c); // as it was
+            EXPECT_EQ(c.ord(), code); // as it was
         }
-        if (!row.round_trip)
+        if (!round_trip)
             continue;
         for (unsigned room = 0; room <= n + 1; ++room) {
             char buf[] = "#######";
-            EXPECT_EQ(AChar(row.c).to_utf8(buf, room, &used), room >= n);
+            EXPECT_EQ(AChar(code).to_utf8(buf, room, &used), room >= n);
             EXPECT_EQ(used, room >= n ? n : 0);
             EXPECT_EQ(buf, (used == n ? bytes : "") + std::string(7 - used, '#'));
         }
@@ -85,27 +82,24 @@ TEST(AChar, Utf8Refusals)
 
 TEST(AChar, Utf16)
 {
-    const struct
-    {
-        std::vector<unsigned short> units;
-        unsigned c; // 7: refused
-    } rows[] = {
+    // 7: refused.
+    const std::pair<std::vector<unsigned short>, unsigned> rows[] = {
         {{0}, 7},      {{0xFFFF}, 0xFFFF}, {{0xD800, 0xDC00}, 0x10000}, {{0xDBFF, 0xDFFF}, 0x10FFFF},
         {{0xD800}, 7}, {{0xD800, 'A'}, 7}, {{0xD800, 0xD800}, 7},       {{0xDC00, 0xD800}, 7},
     };
-    for (const auto& row : rows) {
+    for (const auto& [units, code] : rows) {
         AChar c(7);
         unsigned used = 9;
-        const unsigned n = static_cast<unsigned>(row.units.size());
-        EXPECT_EQ(AChar::consume_utf16(row.units.data(), n, &c, &used), row.c != 7);
-        EXPECT_EQ(used, row.c != 7 ? n : 0);
-        EXPECT_EQ(c.ord(), row.c);
-        if (row.c == 7)
+        const unsigned n = static_cast<unsigned>(units.size());
+        EXPECT_EQ(AChar::consume_utf16(units.data(), n, &c, &used), code != 7);
+        EXPECT_EQ(used, code != 7 ? n : 0);
+        EXPECT_EQ(c.ord(), code);
+        if (code == 7)
             continue;
         unsigned short buf[2] = {1, 1};
-        EXPECT_FALSE(AChar(row.c).to_utf16(buf, n - 1, &used));
-        EXPECT_TRUE(AChar(row.c).to_utf16(buf, 2, &used));
-        EXPECT_EQ(std::vector<unsigned short>(buf, buf + used), row.units);
+        EXPECT_FALSE(AChar(code).to_utf16(buf, n - 1, &used));
+        EXPECT_TRUE(AChar(code).to_utf16(buf, 2, &used));
+        EXPECT_EQ(std::vector<unsigned short>(buf, buf + used), units);
     }
     unsigned short buf[2];
     for (unsigned c : {0xD800u, 0xDBFFu, 0xDC00u, 0xDFFFu, 0x110000u, ~0u})

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -39,12 +40,7 @@ TEST(AList, WhatIsNotThereIsNobodysItem)
 TEST(AList, AChangeLeavesTheOtherCopyAlone)
 {
     const AList<int> original{1, 2, 3};
-    const struct
-    {
-        const char* what;
-        void (*change)(AList<int>&);
-        Ints expected;
-    } rows[] = {
+    const std::tuple<const char*, void (*)(AList<int>&), Ints> rows[] = {
         {"at", [](AList<int>& l) { l.at(1) = 9; }, {1, 9, 3}},
         {"begin", [](AList<int>& l) { *++l.begin() = 9; }, {1, 9, 3}},
         {"push_back of its own item", [](AList<int>& l) { l.push_back(l.const_at(0)); }, {1, 2, 3, 1}},
@@ -57,16 +53,16 @@ TEST(AList, AChangeLeavesTheOtherCopyAlone)
         {"remove_matches", [](AList<int>& l) { l = l.remove_matches(odd); }, {2}},
         {"clear", [](AList<int>& l) { l.clear(); }, {}},
     };
-    for (const auto& row : rows) {
+    for (const auto& [what, change, expected] : rows) {
         AList<int> copy = original;
         EXPECT_FALSE(original.is_unique());
-        row.change(copy);
-        EXPECT_EQ(ints_of(copy), row.expected) << row.what;
-        EXPECT_EQ(ints_of(original), (Ints{1, 2, 3})) << row.what;
+        change(copy);
+        EXPECT_EQ(ints_of(copy), expected) << what;
+        EXPECT_EQ(ints_of(original), (Ints{1, 2, 3})) << what;
         // And the same on entries that are already its own.
         AList<int> own{1, 2, 3};
-        row.change(own);
-        EXPECT_EQ(ints_of(own), row.expected) << row.what;
+        change(own);
+        EXPECT_EQ(ints_of(own), expected) << what;
     }
     EXPECT_TRUE(original.is_unique());
 }

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 namespace {
 
@@ -65,36 +66,29 @@ TEST(AString, SharesItsCharactersUntilADeepCopy)
     EXPECT_EQ(text.mid(10, 20).contiguous(), text.contiguous() + 10);
     EXPECT_EQ((text + AString()).contiguous(), text.contiguous());
     EXPECT_EQ((AString() + text).contiguous(), text.contiguous());
-    const struct
-    {
-        unsigned length, slack;
-        bool shares;
-    } rows[] = {{60, 0, true}, {59, 0, false}, {59, 1, true}, {28, 32, true}, {27, 32, false}};
-    for (const auto& row : rows) {
-        const AString copy = text.left(row.length).deep_copy(row.slack);
-        EXPECT_EQ(copy.contiguous() == text.contiguous(), row.shares) << row.length << ' ' << row.slack;
+    const std::tuple<unsigned, unsigned, bool> rows[] = {
+        {60, 0, true}, {59, 0, false}, {59, 1, true}, {28, 32, true}, {27, 32, false}};
+    for (const auto& [length, slack, shares] : rows) {
+        const AString copy = text.left(length).deep_copy(slack);
+        EXPECT_EQ(copy.contiguous() == text.contiguous(), shares) << length << ' ' << slack;
     }
 }
 
 TEST(AString, Comparison)
 {
-    const struct
-    {
-        const char *a, *b;
-        int exactly, loosely;
-    } rows[] = {
+    const std::tuple<const char*, const char*, int, int> rows[] = {
         {"", "a", -1, -1},      {"a", "a", 0, 0},   {"B", "a", -1, 1},        {"abc", "ABC", 1, 0},
         {"ABCD", "abc", -1, 1}, {"_", "a", -1, -1}, {"\xC4", "\xE4", -1, -1}, {"a", "\xE4", -1, -1},
     };
     const std::string segment(64, '0');
-    for (const auto& row : rows) {
+    for (const auto& [first, second, exactly, loosely] : rows) {
         for (const char* before : {"", segment.c_str()}) {
-            const AString a = l1(before) + l1(row.a);
-            const AString b = l1(before) + l1(row.b);
-            EXPECT_EQ(AString::compare(a, b), row.exactly) << row.a << " " << row.b;
-            EXPECT_EQ(AString::compare(a, b, loose), row.loosely) << row.a << " " << row.b;
-            EXPECT_EQ(AString::compare(b, a, loose), -row.loosely) << row.a << " " << row.b;
-            EXPECT_EQ(a.equal_z((before + std::string(row.b)).c_str()), row.exactly == 0);
+            const AString a = l1(before) + l1(first);
+            const AString b = l1(before) + l1(second);
+            EXPECT_EQ(AString::compare(a, b), exactly) << first << " " << second;
+            EXPECT_EQ(AString::compare(a, b, loose), loosely) << first << " " << second;
+            EXPECT_EQ(AString::compare(b, a, loose), -loosely) << first << " " << second;
+            EXPECT_EQ(a.equal_z((before + std::string(second)).c_str()), exactly == 0);
         }
     }
     EXPECT_EQ(AString::compare(l1("ab"), l1("abY"), 3), -1);
@@ -123,10 +117,8 @@ TEST(AString, FindsAcrossSegments)
 
 TEST(AString, Split)
 {
-    const struct
-    {
-        const char *text, *separator, *keeping, *dropping; // with and without empty pieces
-    } rows[] = {
+    // The pieces with and without empty ones.
+    const std::tuple<const char*, const char*, const char*, const char*> rows[] = {
         {"", ",", "", ""},
         {"a,,b", ",", "[a][][b]", "[a][b]"},
         {"a,", ",", "[a][]", "[a][]"}, // the last piece stays, empty or not
@@ -135,9 +127,9 @@ TEST(AString, Split)
         {"a:::b", "::", "[a][:b]", "[a][:b]"},
         {"abc", "", "[][bc]", "[bc]"}, // an empty separator splits once, and takes a character
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(in_brackets(l1(row.text).split(l1(row.separator), true)), row.keeping) << row.text;
-        EXPECT_EQ(in_brackets(l1(row.text).split(l1(row.separator), false)), row.dropping) << row.text;
+    for (const auto& [text, separator, keeping, dropping] : rows) {
+        EXPECT_EQ(in_brackets(l1(text).split(l1(separator), true)), keeping) << text;
+        EXPECT_EQ(in_brackets(l1(text).split(l1(separator), false)), dropping) << text;
     }
     AStringList list = l1("a,b,ab").split(l1(","), true);
     EXPECT_EQ(in_brackets(list.filter(l1("a"))), "[a][ab]");

@@ -74,11 +74,7 @@ TEST(HRTime, makes_spans_without_loss_and_stops_at_the_limits)
 TEST(HRTime, is_written_from_its_largest_unit_on)
 {
     support::HandClock clock(1'000'000);
-    const struct
-    {
-        HRTime time;
-        const char* text;
-    } rows[] = {
+    const std::pair<HRTime, const char*> rows[] = {
         {HRTime(), "<bad time>"},
         {HRTime::useconds(999), "0.000"},
         {HRTime::mseconds(59'999), "59.999"},
@@ -87,8 +83,8 @@ TEST(HRTime, is_written_from_its_largest_unit_on)
         {HRTime::days(1), "1+00:00:00.000"},
         {HRTime::hours(24 * 400 + 5) + HRTime::mseconds(83'007), "400+05:01:23.007"},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(row.time.to_string(), row.text);
+    for (const auto& [time, text] : rows)
+        EXPECT_EQ(time.to_string(), text);
     clock.advance(2'999'999);
     EXPECT_EQ(HRTime::now().to_astring(), AString("3.000"));
 

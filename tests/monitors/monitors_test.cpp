@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <map>
+#include <tuple>
 #include <type_traits>
 
 namespace {
@@ -101,12 +102,7 @@ TEST_F(Monitors, tell_each_report_once_also_when_somebody_emits_it)
     information.clip_id = AString::l1("a");
     information.set_playback(KVRP3::Playback_field);
     Spark* const s = session.get();
-    const struct
-    {
-        const char* report;
-        std::function<void()> emit_it;
-        const char *told, *told_by_the_sessions_own;
-    } rows[] = {
+    const std::tuple<const char*, std::function<void()>, const char*, const char*> rows[] = {
         {"channel_status Channel=B ChannelStatus=play ClipID=a",
          [&] { Q_EMIT s->report_channel_status(KVRP3::Channel_B, KVRP3::ChannelStatus_play, AString("a")); },
          "status 4, clip a, ", nullptr},
@@ -130,18 +126,18 @@ TEST_F(Monitors, tell_each_report_once_also_when_somebody_emits_it)
     bool is_public = false;
     QObject::connect(s, &Spark::report_channel_status, [&] { is_public = true; });
     QObject::connect(s, &Spark::report_channel_timecode, [&] { is_public = true; });
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.report);
-        const QString own = row.told_by_the_sessions_own ? row.told_by_the_sessions_own : row.told;
+    for (const auto& [report, emit_it, told, told_by_the_sessions_own] : rows) {
+        SCOPED_TRACE(report);
+        const QString own = told_by_the_sessions_own ? told_by_the_sessions_own : told;
         const Heard expected{
-            {"channel", own}, {"output", own}, {"free channel", row.told}, {"free output", row.told}};
+            {"channel", own}, {"output", own}, {"free channel", told}, {"free output", told}};
         QString error;
         is_public = false;
-        station->control(QString("report ") + row.report, &error);
+        station->control(QString("report ") + report, &error);
         ASSERT_EQ(error, "");
         EXPECT_EQ(heard_now(), expected);
         EXPECT_FALSE(is_public);
-        row.emit_it();
+        emit_it();
         EXPECT_EQ(heard_now(), expected);
     }
 }

@@ -15,6 +15,7 @@
 #include <support/station.h>
 
 #include <array>
+#include <tuple>
 
 namespace {
 
@@ -88,18 +89,14 @@ TEST_F(SmallModels, tally_knows_four_words)
     EXPECT_EQ(tally.get_state(), TallyModel::tally_green);
     int changes = 0;
     QObject::connect(&tally, &TallyModel::changed, [&] { ++changes; });
-    const struct
-    {
-        const char* text;
-        TallyModel::TallyState state;
-        int changes;
-    } rows[] = {{"red", TallyModel::tally_red, 1},       {"blue", TallyModel::tally_none, 2},
-                {"Red", TallyModel::tally_none, 2},      {"offline", TallyModel::tally_offline, 3},
-                {"yellow", TallyModel::tally_yellow, 4}, {"", TallyModel::tally_none, 5}};
-    for (const auto& row : rows) {
-        item->set(row.text);
-        EXPECT_EQ(tally.get_state(), row.state) << row.text;
-        EXPECT_EQ(changes, row.changes) << row.text;
+    const std::tuple<const char*, TallyModel::TallyState, int> rows[] = {
+        {"red", TallyModel::tally_red, 1},       {"blue", TallyModel::tally_none, 2},
+        {"Red", TallyModel::tally_none, 2},      {"offline", TallyModel::tally_offline, 3},
+        {"yellow", TallyModel::tally_yellow, 4}, {"", TallyModel::tally_none, 5}};
+    for (const auto& [text, state, count] : rows) {
+        item->set(text);
+        EXPECT_EQ(tally.get_state(), state) << text;
+        EXPECT_EQ(changes, count) << text;
     }
     EXPECT_EQ(TallyModel(nullptr, 1).get_state(), TallyModel::tally_none);
 }

@@ -29,10 +29,8 @@ protected:
 
 TEST(APIParser, says_what_is_wrong_with_a_message_calls_nothing_and_goes_on)
 {
-    const struct
-    {
-        const char *message, *xid, *error;
-    } samples[] = {
+    // Messages, their xids, and what is wrong with them.
+    const std::tuple<const char*, const char*, const char*> rows[] = {
         {"<cmd><xid>1</xid><ok /></cmd>", "", "XML Message is not a <reply> or <report> message"},
         {"<reply><ok /></reply>", "", "Tag 'xid' not found within 'reply'"},
         {"<reply><xid>1</xid><ok /><xid>1</xid></reply>", "", "More than one tag 'xid' found within 'reply'"},
@@ -44,17 +42,17 @@ TEST(APIParser, says_what_is_wrong_with_a_message_calls_nothing_and_goes_on)
          "XML Message contains no commands"},
         {"<report><ok /></report>", "", "XML Message contains no commands"},
     };
-    for (const auto& sample : samples) {
+    for (const auto& [message, xid, error] : rows) {
         LoggingClient client;
-        client.inject(sample.message);
-        EXPECT_TRUE(client.calls.empty()) << sample.message;
-        EXPECT_FALSE(client.parse_ok()) << sample.message;
-        EXPECT_EQ(client.parse_xid().to_string(), sample.xid) << sample.message;
-        EXPECT_EQ(client.parse_error_msg().to_string(), sample.error) << sample.message;
+        client.inject(message);
+        EXPECT_TRUE(client.calls.empty()) << message;
+        EXPECT_FALSE(client.parse_ok()) << message;
+        EXPECT_EQ(client.parse_xid().to_string(), xid) << message;
+        EXPECT_EQ(client.parse_error_msg().to_string(), error) << message;
         client.inject("<reply><ok><whatever>1</whatever></ok><xid> 1 </xid></reply>");
-        EXPECT_TRUE(client.parse_ok()) << sample.message;
-        EXPECT_EQ(client.calls, Calls{"<ok />"}) << sample.message;
-        EXPECT_EQ(client.xid, AString(" 1 ")) << sample.message;
+        EXPECT_TRUE(client.parse_ok()) << message;
+        EXPECT_EQ(client.calls, Calls{"<ok />"}) << message;
+        EXPECT_EQ(client.xid, AString(" 1 ")) << message;
     }
 }
 
