@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <tuple>
 
 namespace {
 
@@ -131,57 +132,45 @@ TEST_F(APIQt, ends_up_with_the_server_that_was_asked_for_last)
 TEST_F(APIQt, may_be_turned_round_from_any_slot_or_callback)
 {
     Station first("first"), second("second");
-    const std::function<void()> drop = [&] { first->drop_clients(); };
-    const std::function<void()> leave = [&] { client.disconnect_from_server(); };
-    const std::function<void()> reconnect = [&] { client.connect_to_server(first.address()); };
-    const std::function<void()> reports = [&] { first->send_raw(report("a") + report("b") + report("c")); };
-    const std::function<void()> bad_xml = [&] { first->send_raw("<report><a></b></report>"); };
     enum Where { in_error, in_disconnected, in_report };
-    const struct
-    {
-        const std::function<void()>& act;
-        std::vector<Where> places;
-    } rows[] = {
-        {drop, {in_error, in_disconnected}},
-        {leave, {in_error, in_disconnected}},
-        {reconnect, {in_error, in_disconnected}},
-        {reports, {in_report}},
-        {bad_xml, {in_error}},
+    const std::tuple<const char*, std::function<void()>, std::vector<Where>> rows[] = {
+        {"drop", [&] { first->drop_clients(); }, {in_error, in_disconnected}},
+        {"leave", [&] { client.disconnect_from_server(); }, {in_error, in_disconnected}},
+        {"reconnect", [&] { client.connect_to_server(first.address()); }, {in_error, in_disconnected}},
+        {"reports", [&] { first->send_raw(report("a") + report("b") + report("c")); }, {in_report}},
+        {"bad XML", [&] { first->send_raw("<report><a></b></report>"); }, {in_error}},
     };
-    const auto turn_round = [&](const std::function<void()>& act, Where where) {
-        first->set_faults({});
-        connect_to(first);
-        client.events.clear();
-        first->set_faults(mute);
+    for (const auto& [name, act, places] : rows)
+        for (const Where where : places) {
+            SCOPED_TRACE(testing::Message() << name << ", place " << where);
+            first->set_faults({});
+            connect_to(first);
+            client.events.clear();
+            first->set_faults(mute);
 
-        bool done = false;
-        const auto turn = [&] {
-            if (!std::exchange(done, true))
-                client.connect_to_server(second.address());
-        };
-        auto on_error = [&](AString, KVRP3::ErrorCode) { turn(); };
-        QObject scope;
-        if (where == in_error) {
-            const quint64 before = first->counters().messages;
-            client.cmd_sync({}, support::OnError::ref(on_error));
-            // A server that goes without having read all of it resets the connection. Wine loses that when it
-            // comes while Qt has its notifications off, as it has for a moment with each of them.
-            wait_until([&] { return first->counters().messages > before; });
-        }
-        if (where == in_disconnected)
-            QObject::connect(&client, &KVRP3::APIQt::disconnected, &scope, turn);
-        if (where == in_report)
-            QObject::connect(&client, &KVRP3::APIQt::report_clip_created, &scope, turn);
-        act();
-        wait_until([&] { return done && client.is_connected(); });
-        expect_answer("second");
-        EXPECT_EQ(client.events, where == in_report ? "a-+" : "-+");
-        wait_until([&] { return first->counters().connected == 0; });
-    };
-    for (const auto& row : rows)
-        for (const Where where : row.places) {
-            SCOPED_TRACE(testing::Message() << "row " << &row - rows << ", place " << where);
-            turn_round(row.act, where);
+            bool done = false;
+            const auto turn = [&] {
+                if (!std::exchange(done, true))
+                    client.connect_to_server(second.address());
+            };
+            auto on_error = [&](AString, KVRP3::ErrorCode) { turn(); };
+            QObject scope;
+            if (where == in_error) {
+                const quint64 before = first->counters().messages;
+                client.cmd_sync({}, support::OnError::ref(on_error));
+                // A server that goes without having read all of it resets the connection. Wine loses that
+                // when it comes while Qt has its notifications off, as it has for a moment with each of them.
+                wait_until([&] { return first->counters().messages > before; });
+            }
+            if (where == in_disconnected)
+                QObject::connect(&client, &KVRP3::APIQt::disconnected, &scope, turn);
+            if (where == in_report)
+                QObject::connect(&client, &KVRP3::APIQt::report_clip_created, &scope, turn);
+            act();
+            wait_until([&] { return done && client.is_connected(); });
+            expect_answer("second");
+            EXPECT_EQ(client.events, where == in_report ? "a-+" : "-+");
+            wait_until([&] { return first->counters().connected == 0; });
         }
 }
 
