@@ -152,12 +152,12 @@ TEST_F(FastPath, needs_no_more_memory_however_much_waits)
 {
     const XMLTree first = tree(channel_report("A", 1)), last = tree(channel_report("A", 2));
     const auto grown = [&](int count, auto report) {
-        long bytes = support::heap_in_use();
+        long bytes = support::Possessions::now().heap;
         pile_up([&] {
             for (int i = 0; i != count; ++i)
                 path.add(1, report(i));
             path.add(1, last);
-            bytes = support::heap_in_use() - bytes;
+            bytes = support::Possessions::now().heap - bytes;
         });
         return bytes;
     };

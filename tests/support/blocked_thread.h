@@ -1,12 +1,15 @@
 // Waits until another thread sleeps in the kernel, so that a test can act on it just then.
 #pragma once
 
-#include <support/thread_state.h>
-
 #include <atomic>
 #include <thread>
 
 namespace support {
+
+/// The calling thread, for others to ask about. Never 0.
+unsigned long this_thread();
+/// True while that thread of this process sleeps in the kernel; false while it runs or when it has ended.
+bool sleeps(unsigned long thread);
 
 /// A thread that tells when it is blocked. Joins when it goes.
 class BlockedThread

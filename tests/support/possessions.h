@@ -21,7 +21,4 @@ inline std::ostream& operator<<(std::ostream& out, const Possessions& p)
                << " handles, " << p.threads << " threads";
 }
 
-/// Bytes in use.
-long heap_in_use();
-
 } // namespace support

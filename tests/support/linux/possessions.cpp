@@ -16,17 +16,12 @@ int entries(const char* folder)
 
 } // namespace
 
-long heap_in_use()
-{
-    const struct mallinfo2 heap = mallinfo2();
-    return long(heap.uordblks + heap.hblkhd);
-}
-
 Possessions Possessions::now()
 {
+    const struct mallinfo2 heap = mallinfo2();
     long all = 0, resident = 0;
     std::ifstream("/proc/self/statm") >> all >> resident;
-    return {heap_in_use(), resident * sysconf(_SC_PAGESIZE), entries("/proc/self/fd"),
+    return {long(heap.uordblks + heap.hblkhd), resident * sysconf(_SC_PAGESIZE), entries("/proc/self/fd"),
             entries("/proc/self/task")};
 }
 

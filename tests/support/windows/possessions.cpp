@@ -54,8 +54,6 @@ int own_threads()
     return own;
 }
 
-} // namespace
-
 long heap_in_use()
 {
     HANDLE heaps[64];
@@ -70,6 +68,8 @@ long heap_in_use()
     }
     return bytes;
 }
+
+} // namespace
 
 Possessions Possessions::now()
 {

@@ -1,4 +1,4 @@
-#include <support/thread_state.h>
+#include <support/blocked_thread.h>
 
 #include <thread>
 #include <windows.h>
