@@ -16,22 +16,9 @@ namespace {
 
 constexpr unsigned longest = 1024 * 1024; // message of a server that may store so little
 
-/// The commands of the samples, as text.
-struct Commands
-{
-    Commands() { samples::call_all(*this); }
-    template <int, typename Send, typename... A>
-    void all(Send, const char* xml, const A&...)
-    {
-        rows.emplace_back(xml);
-    }
-    std::vector<std::string> rows;
-};
-
 XMLTree some_command(fuzz::Bytes& bytes)
 {
-    static const Commands commands;
-    return fuzz::parsed(commands.rows[bytes.below(commands.rows.size())]);
+    return fuzz::parsed(samples::command_texts[bytes.below(std::size(samples::command_texts))]);
 }
 
 QByteArray almost_commands(fuzz::Bytes& bytes)

@@ -48,7 +48,7 @@ def printers():
                 parts[place] = f'(v.has_{field.name} ? {parts[place]} : "")'
         yield f"inline std::string body(const KVRP3::{record.name}& v) {{ return {' + '.join(parts)}; }}"
     for tag in tags:
-        value = {"record": "body(v)", "enum": f"name(names_of_{tag.of}, v)", "speed": "speed(v)"}
+        value = {"record": "body(v)", "enum": f"plain(KVRP3::{tag.of}_to_string(v))", "speed": "speed(v)"}
         result = f'element("{tag.name}", {value.get(tag.kind, "plain(v)")})'
         if tag.name in CATALOGUE.containers:
             member = f"print_{CATALOGUE.containers[tag.name].member.name}(m)"
@@ -143,18 +143,19 @@ def group_table():
 
 
 def commands():
-    """Each command in every form that a call can have."""
-    known = set()
+    """Each command in every form that a call can have: as calls, and as text."""
+    known, texts = set(), []
     for command in CATALOGUE.commands.values():
         yield f"template <typename Ways> void call_{command.name}(Ways& ways) {{"
         yield f"const auto send = [](auto& to, const auto&... a) {{ return to.cmd_{command.name}(a...); }};"
         for nodes, arguments in calls(command, known):
-            passed = ", ".join(["send", literal(Node(command.name, nodes).lines()), *arguments])
-            yield f"ways.template all<{command.group.number}>({passed});"
+            texts.append(literal(Node(command.name, nodes).lines()))
+            yield f"ways.template all<{command.group.number}>({', '.join(['send', texts[-1], *arguments])});"
         yield "}"
     yield "template <typename Ways> void call_all(Ways& ways) {"
     yield from (f"call_{command.name}(ways);" for command in CATALOGUE.commands.values())
     yield "}"
+    yield f"inline constexpr const char* command_texts[] = {{ {', '.join(texts)} }};"
 
 
 def calls(command, known):

@@ -51,13 +51,6 @@ inline std::string speed(int value)
     return std::string(text, text[length - 1] == '.' ? length - 1 : length);
 }
 
-template <typename E>
-std::string name(const std::vector<const char*>& names, E value)
-{
-    const auto place = static_cast<unsigned>(value);
-    return place < names.size() ? names[place] : "outside of the enumeration";
-}
-
 // Values as the samples make them.
 
 inline AString text(const char* utf8)
