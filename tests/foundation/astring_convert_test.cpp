@@ -2,6 +2,7 @@
 #include <skuan/foundation/astring.h>
 #include <skuan/foundation/astring_builder.h>
 
+#include <QByteArray>
 #include <QString>
 
 #include <gtest/gtest.h>
@@ -14,12 +15,9 @@ namespace {
 // One to four bytes a character; "aé€😀" 40 times crosses several segment borders.
 const std::string mixed_utf8 = "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80";
 
-std::string repeated(const std::string& text, unsigned n)
+std::string repeated(const std::string& text, int n)
 {
-    std::string out;
-    for (unsigned i = 0; i < n; ++i)
-        out += text;
-    return out;
+    return QByteArray::fromStdString(text).repeated(n).toStdString();
 }
 
 TEST(AStringConvert, Utf8EndsAtTheFirstRefusal)

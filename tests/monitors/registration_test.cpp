@@ -84,9 +84,7 @@ protected:
             return;
         const Edge one = edges[below(edges.size())];
         SparkMonitor* const monitor = one.monitor;
-        const auto forget = [this](auto condition) {
-            edges.erase(std::remove_if(edges.begin(), edges.end(), condition), edges.end());
-        };
+        const auto forget = [this](auto condition) { std::erase_if(edges, condition); };
         const auto same_signal = [&](const Edge& e) { return e.monitor == monitor && e.row == one.row; };
         const bool is_output = qobject_cast<SparkOutputMonitor*>(monitor) != nullptr;
         switch (below(is_output ? 6 : 4)) { // what cuts all receivers off would cut off outputs too
@@ -104,8 +102,7 @@ protected:
             break;
         case 3:
             forget([&](const Edge& e) { return e.receiver == one.receiver; });
-            receivers.erase(std::find_if(receivers.begin(), receivers.end(),
-                                         [&](const auto& r) { return r.get() == one.receiver; }));
+            std::erase_if(receivers, [&](const auto& r) { return r.get() == one.receiver; });
             break;
         case 4:
             QObject::disconnect(monitor, one.row->name(), nullptr, nullptr);
@@ -120,12 +117,11 @@ protected:
 
     QStringList needed() const
     {
-        const char* const reports[] = {"status",   "clipid", "speed",
-                                       "timecode", "info",   "aux_audio_timecode"}; // as the server has them
         QStringList lines;
         for (unsigned channel = 0; channel != 12; ++channel) {
             QStringList words{QString(QChar('A' + channel))};
-            for (const char* const report : reports)
+            for (const char* const report : // in the server's order
+                 {"status", "clipid", "speed", "timecode", "info", "aux_audio_timecode"})
                 if (std::any_of(edges.begin(), edges.end(), [&](const Edge& edge) {
                         return edge.row->report == QByteArray(report) && source(edge.monitor) == int(channel);
                     }))

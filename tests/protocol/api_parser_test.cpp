@@ -59,10 +59,8 @@ TEST(APIParser, says_what_is_wrong_with_a_message_calls_nothing_and_goes_on)
 TEST(APIParser2, one_input_may_be_longer_than_the_buffer)
 {
     LoggingClient client;
-    std::string flood;
-    for (int i = 0; i < 2000; ++i)
-        flood += "<report>" + deleted + "</report>";
-    client.input(flood);
+    const auto one = QByteArray::fromStdString("<report>" + deleted + "</report>");
+    client.input(one.repeated(2000).toStdString());
     EXPECT_FALSE(client.stream_broken());
     EXPECT_EQ(client.calls, Calls(2000, deleted));
 }
