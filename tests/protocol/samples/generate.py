@@ -163,9 +163,7 @@ def calls(command, known):
     needed = [base(item.tag) for item in command.required]
     given = [base(item.tag) for item in command.optional]
     start = [node.cpp for node in needed]
-    if not given:
-        yield needed, start
-    for number in range(len(given) + 1) if given else ():
+    for number in range(len(given) + 1):
         yield needed + given[:number], start + [node.cpp for node in given[:number]]
     masks = {tuple(place in places for place in range(len(given)))
              for places in [(), range(len(given)), *((place,) for place in range(len(given)))]}
