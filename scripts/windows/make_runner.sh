@@ -31,7 +31,9 @@ mirror=$(apt-get indextargets --format '$(RELEASE)/$(COMPONENT) $(REPO_URI)' 'Cr
     awk -v wanted="$release/main" '$1 == wanted { mirror = $2 } END { print mirror }')
 [[ -n $mirror ]] || fail "apt knows no mirror with the main packages of this Debian"
 debootstrap --force-check-gpg --variant=minbase trixie "$root" "$mirror"
-cp /etc/resolv.conf /etc/hosts "$root/etc/"
+for file in /etc/resolv.conf /etc/hosts; do
+    [[ ! -f $file ]] || cp "$file" "$root/etc/"
+done
 mount -t proc proc "$root/proc"
 mount --rbind /dev "$root/dev"
 echo 'APT::Install-Recommends "false";' >"$root/etc/apt/apt.conf.d/90lean"
