@@ -67,6 +67,9 @@ ask config set StationName Harbour
 seen
 printf '\nThe server is killed, and started again; it has forgotten the name.\n'
 kill -KILL "$server_pid"
+while (: <>"/dev/tcp/$host/8913") 2>/dev/null; do # it is gone, and its port free, when the system has seen to it
+    sleep 0.05
+done
 start_server
 seen # the session has come back by itself, and looked again
 ask config set StationName Harbour
