@@ -7,6 +7,7 @@
 #include <support/core_application.h>
 #include <support/on_threads.h>
 #include <support/station.h>
+#include <support/touch_sockets.h>
 
 #include <mutex>
 
@@ -30,6 +31,8 @@ protected:
         QObject::connect(station.operator->(), &simulator::Server::command, station.operator->(),
                          [this](quint64, const simulator::Element& message) { write_down(message); });
         QObject::connect(model, &::CFModel::fully_scanned, [this] { ++scans; });
+        support::keep_touching_sockets(api);
+        support::keep_touching_sockets(other);
     }
 
     void connect()

@@ -8,6 +8,7 @@
 #include <support/core_application.h>
 #include <support/on_threads.h>
 #include <support/station.h>
+#include <support/touch_sockets.h>
 
 #include <gmock/gmock.h>
 
@@ -22,7 +23,12 @@ protected:
     support::Station station{simulator::Settings{.pace = 0, .faults = {}}};
     Spark first{false}, second{false};
 
-    USModel() { log.listen_to(station.operator->()); }
+    USModel()
+    {
+        log.listen_to(station.operator->());
+        support::keep_touching_sockets(first);
+        support::keep_touching_sockets(second);
+    }
 
     void connect(Spark& spark)
     {

@@ -13,6 +13,7 @@
 #include <support/core_application.h>
 #include <support/on_threads.h>
 #include <support/station.h>
+#include <support/touch_sockets.h>
 
 #include <array>
 #include <tuple>
@@ -26,7 +27,11 @@ protected:
     const support::Station station{simulator::Settings{.pace = 0, .faults = {}}};
     Spark spark{false};
 
-    SmallModels() { log.listen_to(station.operator->()); }
+    SmallModels()
+    {
+        log.listen_to(station.operator->());
+        support::keep_touching_sockets(spark);
+    }
 
     void connect()
     {
